@@ -1,0 +1,43 @@
+# One place for warnings, arithmetic and sanitizers; every target links tallowmere_options.
+include(GNUInstallDirs)
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_C_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_C_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(TALLOWMERE_CCACHE ccache)
+if(TALLOWMERE_CCACHE)
+    set(CMAKE_C_COMPILER_LAUNCHER ${TALLOWMERE_CCACHE})
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${TALLOWMERE_CCACHE})
+endif()
+
+add_library(tallowmere_options INTERFACE)
+if(MSVC)
+    target_compile_options(tallowmere_options INTERFACE /W4 /WX /utf-8 /permissive- /Zc:__cplusplus /fp:precise)
+else()
+    target_compile_options(tallowmere_options INTERFACE
+        -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Werror
+        # The same bits on every compiler: no fused multiply-add where the source has two operations.
+        -ffp-contract=off)
+    target_compile_options(tallowmere_options INTERFACE -ffunction-sections -fdata-sections)
+    target_link_options(tallowmere_options INTERFACE -Wl,--gc-sections)
+endif()
+if(WIN32)
+    # Windows 10 and later: the precise clock, wide-character interfaces.
+    target_compile_definitions(tallowmere_options INTERFACE
+        UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
+    if(MINGW)
+        # Nothing beside the library or program: no compiler run-time library to ship.
+        target_link_options(tallowmere_options INTERFACE -static)
+    endif()
+endif()
+if(TALLOWMERE_SANITIZE)
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+endif()

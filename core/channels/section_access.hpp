@@ -1,0 +1,94 @@
+// How the library touches the shared section: each field is taken once and written once, in one piece,
+// whatever other processes do meanwhile. No lock, no atomic operation.
+#pragma once
+
+#include "core/channels/shared_area.hpp"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+namespace tallowmere {
+
+/// Reads a naturally aligned field exactly once, so that a value that was checked is the value used.
+template <class T> [[nodiscard]] inline T readOnce(const T& field) noexcept {
+    static_assert(std::is_arithmetic_v<T>);
+    return *static_cast<const volatile T*>(&field);
+}
+
+/// Writes a naturally aligned field in one store.
+template <class T> inline void writeOnce(T& field, std::type_identity_t<T> value) noexcept {
+    static_assert(std::is_arithmetic_v<T>);
+    *static_cast<volatile T*>(&field) = value;
+}
+
+/// A value record in two registers. Kept this way because a record that is filled field by field and
+/// then copied whole stalls on the processor's store forwarding.
+struct Record {
+    std::uint64_t header = 0;  // low byte: the kind
+    std::uint64_t payload = 0; // bits of the payload
+
+    [[nodiscard]] constexpr std::uint8_t kind() const noexcept { return static_cast<std::uint8_t>(header); }
+    [[nodiscard]] constexpr double number() const noexcept { return std::bit_cast<double>(payload); }
+    [[nodiscard]] constexpr std::int32_t integer() const noexcept { return static_cast<std::int32_t>(payload); }
+    [[nodiscard]] constexpr std::int64_t ticks() const noexcept { return static_cast<std::int64_t>(payload); }
+    [[nodiscard]] constexpr std::uint8_t byte() const noexcept { return static_cast<std::uint8_t>(payload); }
+
+    [[nodiscard]] static constexpr Record ofNumber(double value) noexcept {
+        return {static_cast<std::uint64_t>(StorageKind::Double), std::bit_cast<std::uint64_t>(value)};
+    }
+    [[nodiscard]] static constexpr Record ofInteger(std::int32_t value) noexcept {
+        return {static_cast<std::uint64_t>(StorageKind::Integer), static_cast<std::uint32_t>(value)};
+    }
+    [[nodiscard]] static constexpr Record ofTicks(std::int64_t value) noexcept {
+        return {static_cast<std::uint64_t>(StorageKind::Time), static_cast<std::uint64_t>(value)};
+    }
+    friend constexpr bool operator==(const Record&, const Record&) = default;
+};
+static_assert(std::endian::native == std::endian::little, "the section is little-endian");
+
+namespace detail {
+inline constexpr std::size_t kPayloadWord = offsetof(ChannelValue, payload) / sizeof(std::uint64_t);
+using AliasingWord [[gnu::may_alias]] = std::uint64_t;
+} // namespace detail
+
+/// Copies a record out of the section (or from a caller) as two 8-byte loads.
+[[nodiscard]] inline Record loadRecord(const ChannelValue& from) noexcept {
+    const auto* words = reinterpret_cast<const volatile detail::AliasingWord*>(&from);
+    return {words[0], words[detail::kPayloadWord]};
+}
+
+/// Copies a record into the section as two 8-byte stores, header first.
+inline void storeRecord(ChannelValue& to, const Record& record) noexcept {
+    auto* words = reinterpret_cast<volatile detail::AliasingWord*>(&to);
+    words[0] = record.header;
+    words[detail::kPayloadWord] = record.payload;
+}
+
+/// Replaces the payload only; the header with its kind byte stays.
+inline void storePayload(ChannelValue& to, std::uint64_t payload) noexcept {
+    reinterpret_cast<volatile detail::AliasingWord*>(&to)[detail::kPayloadWord] = payload;
+}
+
+/// Writes text into a fixed field: at most its size less one characters, always terminated, the rest
+/// of the field as it was.
+template <std::size_t Size> inline void writeText(char16_t (&field)[Size], std::u16string_view text) noexcept {
+    const std::size_t length = std::min(text.size(), Size - 1);
+    std::copy_n(text.data(), length, field);
+    field[length] = u'\0';
+}
+
+/// Copies a text field out of the section. Ends at the terminator, or at the field's last character
+/// when somebody has overwritten the terminator.
+template <std::size_t Size> [[nodiscard]] inline std::u16string readText(const char16_t (&field)[Size]) {
+    std::array<char16_t, Size> copy;
+    std::memcpy(copy.data(), field, sizeof field);
+    return {copy.begin(), std::find(copy.begin(), copy.end() - 1, u'\0')};
+}
+
+} // namespace tallowmere

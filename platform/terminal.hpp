@@ -1,0 +1,27 @@
+// What the command-line program asks of its terminal. Not part of the shared library.
+#pragma once
+
+#include <atomic>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tallowmere::platform {
+
+/// The command line in UTF-8, program name first, whatever the system's own encoding.
+[[nodiscard]] std::vector<std::string> commandLine(int argc, const char* const* argv);
+
+/// True when standard output is a terminal that understands ANSI escape sequences; switches them on
+/// where that is needed. A pipe or a file is no terminal.
+[[nodiscard]] bool outputIsTerminal() noexcept;
+
+/// Columns of the terminal at standard output; 80 when that can't be told.
+[[nodiscard]] int terminalColumns() noexcept;
+
+/// Makes standard output take UTF-8 text and standard input give bytes unchanged.
+void prepareStandardStreams() noexcept;
+
+/// Set to true, from now on, when the user asks the program to end (Ctrl-C, SIGTERM, a closed console).
+[[nodiscard]] const std::atomic<bool>& stopRequested() noexcept;
+
+} // namespace tallowmere::platform

@@ -108,8 +108,8 @@ struct XmlAttribute {
 };
 
 struct XmlElement {
-    std::u16string name;                   // local name
-    std::vector<XmlAttribute> attributes;  // in document order, without those from a schema default
+    std::u16string name;                  // local name
+    std::vector<XmlAttribute> attributes; // in document order, without those from a schema default
 };
 
 /// A forward reader of an XML document's elements. Document types are refused; a document of more than

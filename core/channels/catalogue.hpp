@@ -41,18 +41,16 @@ struct ChannelDef {
     const char16_t* shortName;
     const char16_t* longName;
 
-    [[nodiscard]] constexpr UnitClass unitClass() const noexcept {
-        return static_cast<UnitClass>(unitClassCode);
-    }
+    [[nodiscard]] constexpr UnitClass unitClass() const noexcept { return static_cast<UnitClass>(unitClassCode); }
 };
 static_assert(sizeof(void*) != 8 || sizeof(ChannelDef) == 32);
 static_assert(offsetof(ChannelDef, unitClassCode) == 11);
 static_assert(offsetof(ChannelDef, shortName) == 16);
 
 inline constexpr std::array<ChannelDef, kChannelCount> kCatalogue{{
-#define CHANNEL(index, name, compact, min, max, stale, prec, class, own, damp, log, sensor, shortName, longName) \
-    ChannelDef{index, compact, min, max, stale, prec, static_cast<std::uint8_t>(UnitClass::class), own, damp, log, \
-               sensor, shortName, longName},
+#define CHANNEL(index, name, compact, min, max, stale, prec, class, own, damp, log, sensor, shortName, longName)       \
+    ChannelDef{index, compact, min, max,    stale,     prec,    static_cast<std::uint8_t>(UnitClass::class),           \
+               own,   damp,    log, sensor, shortName, longName},
 #include "core/channels/catalogue.def"
 #undef CHANNEL
 }};

@@ -48,6 +48,29 @@ struct Record {
     [[nodiscard]] static constexpr Record ofTicks(std::int64_t value) noexcept {
         return {static_cast<std::uint64_t>(StorageKind::Time), static_cast<std::uint64_t>(value)};
     }
+    /// The record of a storage kind without a value.
+    [[nodiscard]] static constexpr Record none(StorageKind kind) noexcept {
+        switch (kind) {
+        case StorageKind::Time:
+            return ofTicks(kNoTime);
+        case StorageKind::Integer:
+            return ofInteger(kNone16);
+        default:
+            return ofNumber(NO_VALUE);
+        }
+    }
+    /// True unless the payload equals the no-value payload of that storage kind. A NaN is a value. The
+    /// record's own kind byte plays no part.
+    [[nodiscard]] constexpr bool holds(StorageKind storageKind) const noexcept {
+        switch (storageKind) {
+        case StorageKind::Time:
+            return ticks() != kNoTime;
+        case StorageKind::Integer:
+            return integer() != kNone16;
+        default:
+            return number() != NO_VALUE;
+        }
+    }
     friend constexpr bool operator==(const Record&, const Record&) = default;
 };
 static_assert(std::endian::native == std::endian::little, "the section is little-endian");

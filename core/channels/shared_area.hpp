@@ -127,7 +127,7 @@ struct SharedArea {
 #pragma pack(pop)
 
 template <class T>
-inline constexpr bool kIsPlainRecord = std::is_standard_layout_v<T> && std::is_trivially_copyable_v<T>;
+inline constexpr bool kIsPlainRecord = std::is_standard_layout_v<T>&& std::is_trivially_copyable_v<T>;
 
 static_assert(sizeof(char16_t) == 2 && sizeof(double) == 8);
 

@@ -10,8 +10,8 @@ namespace tallowmere {
 
 /// Indices that the library itself gives a meaning. All others belong to the programs.
 namespace system_variable {
-inline constexpr std::size_t kBoatLength = 0;     // metres, at least 1
-inline constexpr std::size_t kTargetMargin = 7;   // degrees about the target wind angle, alternate table
+inline constexpr std::size_t kBoatLength = 0;   // metres, at least 1
+inline constexpr std::size_t kTargetMargin = 7; // degrees about the target wind angle, alternate table
 } // namespace system_variable
 
 namespace system_integer {
@@ -28,13 +28,13 @@ namespace system_flag {
 inline constexpr std::size_t kTrueBearings = 0;
 inline constexpr std::size_t kLocalTime = 1;
 inline constexpr std::size_t kFahrenheit = 2;
-inline constexpr std::size_t kComputeTiltRates = 24;    // HeelRate and TrimRate from Heel and Trim
-inline constexpr std::size_t kComputeTurnRate = 27;     // ROT from HDG
-inline constexpr std::size_t kCorrectMastAngle = 33;    // AWA less the mast angle
-inline constexpr std::size_t kAlternateFirst = 36;      // alternate table: column 0, else column 1
-inline constexpr std::size_t kSomethingWritten = 38;    // set by every write that stores a value
-inline constexpr std::size_t kAlternateLast = 46;       // alternate table: column 8
-inline constexpr std::size_t kWriteLock = 52;           // write-lockable channels refuse writes
+inline constexpr std::size_t kComputeTiltRates = 24; // HeelRate and TrimRate from Heel and Trim
+inline constexpr std::size_t kComputeTurnRate = 27;  // ROT from HDG
+inline constexpr std::size_t kCorrectMastAngle = 33; // AWA less the mast angle
+inline constexpr std::size_t kAlternateFirst = 36;   // alternate table: column 0, else column 1
+inline constexpr std::size_t kSomethingWritten = 38; // set by every write that stores a value
+inline constexpr std::size_t kAlternateLast = 46;    // alternate table: column 8
+inline constexpr std::size_t kWriteLock = 52;        // write-lockable channels refuse writes
 } // namespace system_flag
 
 /// Access to the three arrays of one section. Without one, reads give none and writes do nothing. Any

@@ -71,6 +71,9 @@ class ValueStore {
     /// Writes the clock into channel 0 of every boat in use and returns it.
     std::int64_t stampTime() noexcept;
 
+    /// From now on the store has no section.
+    void dropArea() noexcept { context_.area = nullptr; }
+
   private:
     Context context_;
     ValueCorrector* corrector_;

@@ -21,11 +21,11 @@
 
 #include <stdint.h>
 
-#if defined(TALLOWMERE_STATIC)
-#define TALLOWMERE_API
-#elif defined(_WIN32)
+#if defined(_WIN32)
 #if defined(TALLOWMERE_BUILDING)
 #define TALLOWMERE_API __declspec(dllexport)
+#elif defined(TALLOWMERE_STATIC) /* host programs that link the static core */
+#define TALLOWMERE_API
 #else
 #define TALLOWMERE_API __declspec(dllimport)
 #endif

@@ -65,7 +65,7 @@ class MemoryMachine {
     bool caseSensitive = false;
     std::u16string programData = u"C:\\ProgramData"; // exists as a folder
     std::u16string hostExecutable = u"C:\\Programs\\Nav\\nav.exe";
-    std::map<std::u16string, std::optional<std::string>> files; // path to bytes; no bytes: a folder
+    std::map<std::u16string, std::optional<std::string>> files;               // path to bytes; no bytes: a folder
     std::map<std::u16string, std::map<std::u16string, MemoryValue>> settings; // key path to its values
 
     // What happened, in order.
@@ -73,6 +73,7 @@ class MemoryMachine {
     int quitsPosted = 0;
     std::vector<std::pair<std::uint64_t, platform::HostMessage>> posts;
     int postResult = 1;
+    bool anyWindowExists = true;           // posting to a handle that no makeWindow gave succeeds too
     std::vector<unsigned> sleeps;          // milliseconds
     std::vector<std::string> trace;        // each step that was asked for, by name
     std::function<void(unsigned)> onSleep; // called by each sleep

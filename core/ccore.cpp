@@ -1,0 +1,91 @@
+#include "core/ccore.hpp"
+
+#include "core/channels/area_defaults.hpp"
+#include "core/config/alternate_table.hpp"
+#include "core/config/boats_file.hpp"
+#include "core/config/channels_file.hpp"
+#include "log/system_log.hpp"
+#include "settings/core_settings.hpp"
+#include "settings/reg_ex.hpp"
+
+#include <cstdio>
+
+namespace tallowmere {
+namespace {
+
+constexpr int kLayoutNumber = 363;
+constexpr int kBusyPolls = 5;
+constexpr unsigned kBusyPollMilliseconds = 50;
+
+SharedArea* areaOf(const std::unique_ptr<platform::SharedSection>& section) noexcept {
+    return section != nullptr ? reinterpret_cast<SharedArea*>(section->view()) : nullptr;
+}
+
+/// Runs one step of the start-up. Out of memory, a step is left unfinished and the next one goes on: what
+/// it would have set keeps its default.
+template <class Step> void attempt(Step step) noexcept {
+    try {
+        step();
+    } catch (...) { // NOLINT(bugprone-empty-catch): see above
+    }
+}
+
+void reportFailure(platform::Platform& platform, const char16_t* message) noexcept {
+    attempt([&] { WriteSystemLog(Context{platform, nullptr}, message); });
+    platform.postQuit();
+}
+
+} // namespace
+
+std::u16string sectionName() {
+    char name[64];
+    const int length = std::snprintf(name, sizeof name, "ZanCore_%d_%zu", kLayoutNumber, kSharedAreaBytes);
+    return {name, name + length};
+}
+
+CCore::CCore(bool bStart) noexcept : CCore(platform::hostPlatform(), bStart) {}
+
+CCore::CCore(platform::Platform& platform, [[maybe_unused]] bool bStart) noexcept
+    : section_(attachSection(platform)), values_(Context{platform, areaOf(section_)}) {
+    if (area() != nullptr && !section_->existed()) fillNewSection();
+    values_.stampTime();
+}
+
+CCore::~CCore() {
+    stopRequested_ = 1;
+    for (int poll = 0; poll < kBusyPolls && workerBusy_ != 0; ++poll)
+        context().platform.sleepMilliseconds(kBusyPollMilliseconds);
+    tracks_.reset();
+    reserved_.output.reset();
+    setupDone_ = 1;
+    values_.dropArea();
+    section_.reset();
+}
+
+bool CCore::madeSection() const noexcept {
+    return area() != nullptr && !section_->existed();
+}
+
+std::unique_ptr<platform::SharedSection> CCore::attachSection(platform::Platform& platform) noexcept {
+    std::unique_ptr<platform::SharedSection> section;
+    attempt([&] { section = platform.openOrCreateSection(sectionName(), kSharedAreaBytes); });
+    if (section == nullptr)
+        reportFailure(platform, u"Unable to create shared memory map");
+    else if (section->view() == nullptr)
+        reportFailure(platform, u"Unable to map shared memory");
+    return section;
+}
+
+/// What the first process does, once, for all: defaults, the user's settings, then the files.
+void CCore::fillNewSection() noexcept {
+    initialiseArea(*area());
+    // KEPT: making the defaults opens the core key and reads nothing from it.
+    attempt([&] { CRegEx(context().platform).Open(kCoreKey); });
+    attempt([&] { readCoreSettings(context()); });
+    attempt([&] { readBoats(context(), tracks_.get()); });
+    attempt([&] { readChannels(context()); });
+    attempt([&] { readAlternateTable(context()); });
+    setupDone_ = 1;
+}
+
+} // namespace tallowmere

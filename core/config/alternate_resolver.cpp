@@ -1,0 +1,98 @@
+#include "core/config/alternate_table.hpp"
+
+#include "core/channels/system_values.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+
+namespace tallowmere {
+namespace {
+
+enum Column : std::size_t { // of the table; each is the situation in which it is chosen
+    kFlagSet,               // system flag 36 is set
+    kFlagClear,             // system flag 36 is clear
+    kUpwind,
+    kReaching,
+    kDownwind,
+    kBeforeGun,
+    kPort,
+    kStarboard,
+    kOverride, // system flag 46 is set
+};
+
+constexpr double kAbeam = 90.0; // degrees
+
+/// One row of the table, each cell taken once; 32767 for a cell that names no channel.
+using Row = std::array<ChannelIndex, kAlternateColumns>;
+
+bool given(ChannelIndex cell) noexcept {
+    return cell != kNone16;
+}
+
+Row readRow(const SharedArea& area, ChannelIndex channel) noexcept {
+    Row row;
+    std::ranges::transform(area.alternates.cells[channel - kFirstAlternating], row.begin(),
+                           [](const std::int32_t& cell) noexcept {
+                               const std::int32_t value = readOnce(cell);
+                               const bool named = value >= 1 && value < static_cast<std::int32_t>(kChannelCount);
+                               return static_cast<ChannelIndex>(named ? value : kNone16);
+                           });
+    return row;
+}
+
+/// The own boat's value of a channel that the section declares as a plain double; empty otherwise.
+std::optional<double> ownNumber(const ValueStore& values, ChannelIndex channel) noexcept {
+    if (storageKindOf(values.area(), channel) != StorageKind::Double) return std::nullopt;
+    const DoubleResult number = values.recordAsDouble(channel, values.fetch(channel, 0).record);
+    if (!number.holdsValue) return std::nullopt;
+    return number.value;
+}
+
+/// True while the own boat's time to the gun is a count of zero or more. The bare 64 bits decide.
+bool beforeGun(const ValueStore& values) noexcept {
+    if (storageKindOf(values.area(), ZAN_TMTOGUN) != StorageKind::Time) return false;
+    const RecordResult countdown = values.fetch(ZAN_TMTOGUN, 0);
+    return countdown.holdsValue && countdown.record.ticks() >= 0 && countdown.record.ticks() != kNoTime;
+}
+
+ChannelIndex chooseByWind(const ValueStore& values, const Row& row, double windAngle) noexcept {
+    const double angle = std::fabs(windAngle);
+    if (const std::optional<double> targetAngle = ownNumber(values, ZAN_TARG_TWA)) {
+        const double target = std::fabs(*targetAngle);
+        const double margin = std::fabs(SystemValues(values.area()).variable(system_variable::kTargetMargin));
+        if (angle < kAbeam && given(row[kUpwind]) && margin + target > angle) return row[kUpwind];
+        if (angle > kAbeam && given(row[kDownwind]) && angle > target - margin) return row[kDownwind];
+        if (given(row[kReaching])) return row[kReaching];
+    }
+    const ChannelIndex byTack = row[windAngle < 0.0 ? kPort : kStarboard];
+    if (given(byTack)) return byTack;
+    if (angle < kAbeam) return row[kUpwind];
+    return angle >= kAbeam ? row[kDownwind] : kNone16;
+}
+
+/// The cell of the first rule that fires; 32767 for an empty row.
+ChannelIndex chooseCell(const ValueStore& values, const Row& row) noexcept {
+    const SystemValues system(values.area());
+    if (system.flag(system_flag::kAlternateLast) != 0 && given(row[kOverride])) return row[kOverride];
+    if (given(row[kBeforeGun]) && beforeGun(values)) return row[kBeforeGun];
+    const ChannelIndex byFlag = row[system.flag(system_flag::kAlternateFirst) != 0 ? kFlagSet : kFlagClear];
+    if (given(byFlag)) return byFlag;
+    if (const std::optional<double> windAngle = ownNumber(values, ZAN_TWA)) {
+        const ChannelIndex byWind = chooseByWind(values, row, *windAngle);
+        if (given(byWind)) return byWind;
+    }
+    const auto first = std::ranges::find_if(row, given);
+    return first != row.end() ? *first : kNone16;
+}
+
+} // namespace
+
+ChannelIndex resolveAlternating(const ValueStore& values, ChannelIndex channel, bool mayRecurse) noexcept {
+    if (values.area() == nullptr || !isAlternating(channel)) return channel < kChannelCount ? channel : kNone16;
+    const ChannelIndex chosen = chooseCell(values, readRow(*values.area(), channel));
+    return mayRecurse && isAlternating(chosen) ? resolveAlternating(values, chosen, false) : chosen;
+}
+
+} // namespace tallowmere

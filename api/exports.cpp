@@ -108,7 +108,7 @@ void GetZanVarName(std::uint16_t channel, char* name) noexcept {
     try {
         const Context& context = libraryValues().context();
         const std::string narrow = context.platform.narrow(shortNameOf(context.area, channel), ZAN_NAME_BYTES - 1);
-        std::memcpy(name, narrow.data(), std::min<std::size_t>(narrow.size(), ZAN_NAME_BYTES - 1));
+        narrow.copy(name, ZAN_NAME_BYTES - 1);
     } catch (...) { // NOLINT(bugprone-empty-catch): out of memory the name stays empty
     }
 }

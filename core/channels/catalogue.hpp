@@ -8,6 +8,7 @@
 
 #include <tallowmere/tallowmere.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -100,16 +101,13 @@ consteval bool compactSlotsFormOneRun() {
 }
 
 consteval bool boundsAreOrdered() {
-    for (const ChannelDef& row : kCatalogue)
-        if (row.minValue > row.maxValue) return false;
-    return true;
+    return std::ranges::all_of(kCatalogue, [](const ChannelDef& row) { return row.minValue <= row.maxValue; });
 }
 
 consteval bool namesFit() {
-    for (const ChannelDef& row : kCatalogue)
-        if (std::u16string_view(row.shortName).size() > 15 || std::u16string_view(row.longName).size() > 31)
-            return false;
-    return true;
+    return std::ranges::all_of(kCatalogue, [](const ChannelDef& row) {
+        return std::u16string_view(row.shortName).size() <= 15 && std::u16string_view(row.longName).size() <= 31;
+    });
 }
 
 static_assert(indicesEqualRows());

@@ -16,7 +16,7 @@ constexpr std::int64_t kTicksPerSecond = 10'000'000;
 
 /// Rounds half away from zero. Empty when the result does not fit, and for NaN.
 template <class Integer> std::optional<Integer> roundToInteger(double value) noexcept {
-    constexpr double low = static_cast<double>(std::numeric_limits<Integer>::min());
+    constexpr auto low = static_cast<double>(std::numeric_limits<Integer>::min());
     constexpr double end = -low; // one above the largest, exactly
     const double rounded = std::round(value);
     if (!(rounded >= low && rounded < end)) return std::nullopt;

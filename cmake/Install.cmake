@@ -1,0 +1,27 @@
+# What a client gets: the shared library with its public headers, find_package(tallowmere) and pkg-config;
+# for host programs the static core with its headers; the command-line program; the documents.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS tallowmere EXPORT tallowmere
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(DIRECTORY include/tallowmere DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+
+if(TALLOWMERE_TOOLS)
+    install(TARGETS tallowmere_cli RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/tallowmere)
+install(EXPORT tallowmere NAMESPACE tallowmere:: FILE tallowmere-targets.cmake DESTINATION ${package_dir})
+configure_package_config_file(cmake/tallowmere-config.cmake.in ${CMAKE_BINARY_DIR}/tallowmere-config.cmake
+    INSTALL_DESTINATION ${package_dir})
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/tallowmere-config-version.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_BINARY_DIR}/tallowmere-config.cmake ${CMAKE_BINARY_DIR}/tallowmere-config-version.cmake
+    DESTINATION ${package_dir})
+
+configure_file(cmake/tallowmere.pc.in ${CMAKE_BINARY_DIR}/tallowmere.pc @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/tallowmere.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR})

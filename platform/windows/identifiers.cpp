@@ -1,0 +1,8 @@
+// Defines the identifiers that the other files name: <initguid.h> turns their declarations into
+// definitions, so it may stand in one file only.
+#include "platform/windows/system.hpp"
+
+#include <initguid.h>
+
+#include <knownfolders.h>
+#include <xmllite.h>

@@ -20,12 +20,10 @@ std::u16string_view separatorsOf(const platform::Platform& platform) noexcept {
     return hasDrives(platform) ? u"\\/:" : u"/";
 }
 
-/// The extension of the last component with its dot; empty when there is none (".", "..", ".db").
-std::u16string_view extensionOf(std::u16string_view path, std::u16string_view separators) noexcept {
+/// True when the last component of the path is a name with exactly the extension ".db".
+bool isDatabase(std::u16string_view path, std::u16string_view separators) noexcept {
     const std::u16string_view name = path.substr(path.find_last_of(separators) + 1); // all of it for npos
-    const std::size_t dot = name.rfind(u'.');
-    if (dot == name.npos || dot == 0 || name == u"..") return {};
-    return name.substr(dot);
+    return name.size() > kDatabaseExtension.size() && name.ends_with(kDatabaseExtension);
 }
 
 /// Makes the default data folder and, if it is there then, remembers it in the section.
@@ -63,7 +61,7 @@ std::u16string dataFile(const Context& context, std::u16string_view subFolder, s
 std::u16string GetDatabasePath(const Context& context) {
     if (context.area == nullptr) return {};
     std::u16string path = readText(context.area->databasePath);
-    if (extensionOf(path, separatorsOf(context.platform)) == kDatabaseExtension) return path;
+    if (isDatabase(path, separatorsOf(context.platform))) return path;
     writeText(context.area->databasePath, {});
     return dataFile(context, u"database", u"Tallowmere.db");
 }

@@ -31,6 +31,14 @@ std::optional<std::int32_t> CRegEx::findDword(const std::u16string& name) const 
     return std::bit_cast<std::int32_t>(bytes);
 }
 
+std::optional<std::int32_t> CRegEx::findWholeDword(const std::u16string& name) const {
+    if (key_ == nullptr) return std::nullopt;
+    std::array<std::byte, sizeof(std::int32_t)> bytes{};
+    const std::optional<SettingsInfo> info = key_->read(name, bytes);
+    if (!info || info->type != SettingsType::Dword || info->size != bytes.size()) return std::nullopt;
+    return std::bit_cast<std::int32_t>(bytes);
+}
+
 std::optional<double> CRegEx::findDouble(const std::u16string& name) const {
     if (key_ == nullptr) return std::nullopt;
     std::array<std::byte, sizeof(double)> bytes{};

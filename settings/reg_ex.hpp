@@ -12,6 +12,7 @@ namespace tallowmere {
 
 inline constexpr char16_t kCoreKey[] = u"Software\\Tallowmere\\core";
 inline constexpr char16_t kTrackKey[] = u"Software\\Tallowmere\\tallowmere\\settings";
+inline constexpr char16_t kCalibrationKey[] = u"Software\\Tallowmere\\tallowmere\\calibration";
 
 /// A holder of one settings key of the current user. Without an open key reads give their default and
 /// writes do nothing. No failure is reported. One thread at a time.
@@ -34,6 +35,8 @@ class CRegEx {
     [[nodiscard]] std::optional<std::u16string> findString(const std::u16string& name) const;
     [[nodiscard]] std::optional<std::int32_t> findDword(const std::u16string& name) const;
     [[nodiscard]] std::optional<double> findDouble(const std::u16string& name) const;
+    /// An integer of exactly 4 bytes: a shorter one counts as missing.
+    [[nodiscard]] std::optional<std::int32_t> findWholeDword(const std::u16string& name) const;
 
     /// The same with a default in place of "empty". A stored empty string is no reason for the default.
     [[nodiscard]] std::u16string QueryString(const std::u16string& name, const std::u16string& defaultText) const {

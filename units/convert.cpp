@@ -11,10 +11,11 @@ namespace {
 
 constexpr double kTurn = 360.0; // degrees
 
-/// The value in the unit that the setting selects, `otherwise` when it selects none.
+/// The value in the unit that the setting selects, `otherwise` when it selects none. A negative setting counts
+/// as too large.
 double scaled(double value, std::span<const UnitDef> units, std::int32_t setting, double otherwise) noexcept {
-    if (setting < 0 || static_cast<std::size_t>(setting) >= units.size()) return otherwise;
-    return value * units[static_cast<std::size_t>(setting)].factor;
+    const auto row = static_cast<std::uint32_t>(setting);
+    return row < units.size() ? value * units[row].factor : otherwise;
 }
 
 double showDistance(const SystemValues& system, double value, std::int32_t setting) noexcept {

@@ -53,8 +53,8 @@ std::optional<double> ownNumber(const ValueStore& values, ChannelIndex channel) 
 /// True while the own boat's time to the gun is a count of zero or more. The bare 64 bits decide.
 bool beforeGun(const ValueStore& values) noexcept {
     if (storageKindOf(values.area(), ZAN_TMTOGUN) != StorageKind::Time) return false;
-    const RecordResult countdown = values.fetch(ZAN_TMTOGUN, 0);
-    return countdown.holdsValue && countdown.record.ticks() >= 0 && countdown.record.ticks() != kNoTime;
+    const std::int64_t countdown = values.fetch(ZAN_TMTOGUN, 0).record.ticks();
+    return countdown >= 0 && countdown != kNoTime;
 }
 
 ChannelIndex chooseByWind(const ValueStore& values, const Row& row, double windAngle) noexcept {

@@ -36,7 +36,7 @@ std::size_t scanFields(std::string_view line, bool commas, Fields& fields) noexc
 }
 
 void applyLine(SharedArea& area, std::string_view line, Fields& fields) noexcept {
-    if (line.empty() || line.front() == '!') return;
+    // Comments ("!" in front) and empty lines drop out by themselves: they begin with no number.
     std::size_t filled = scanFields(line, true, fields);
     if (filled < kFewestFields) filled = scanFields(line, false, fields);
     if (filled < kFewestFields || fields.row >= kAlternateRows) return;

@@ -233,6 +233,8 @@ TEST_F(ByWind, ExactlyAbeamIsReaching) {
     set(ZAN_TARG_TWA, 145.0);
     EXPECT_EQ(at(90.0), 3);
     EXPECT_EQ(at(-90.0), 3);
+    set(ZAN_TARG_TWA, 85.0);
+    EXPECT_EQ(at(90.0), 3);
 }
 
 TEST_F(ByWind, EmptyCellsOfTheTargetRulesLeadOn) {

@@ -1,0 +1,184 @@
+// How a file lives like a section.
+//
+// Everybody who has the section open holds the life byte, a byte-range lock far beyond the data, through
+// the open file description: shared, for as long as the descriptor is open. The kernel lets go of it with
+// the last descriptor, however the process ended, so a life byte that nobody holds means that the file is
+// a remnant, whatever it contains. A forked child shares its parent's hold and keeps it.
+//
+// Who finds the life byte free takes it exclusively, makes the file empty, then as large as it has to be,
+// and turns the hold into a shared one. Nobody gets in meanwhile. A maker that is killed leaves a remnant
+// like any other; one that is stopped holds the others up for no longer than kPatience tries.
+#include "platform/posix/section.hpp"
+
+#include "platform/posix/account.hpp"
+#include "platform/posix/clock.hpp"
+#include "platform/posix/folders.hpp"
+#include "platform/posix/runtime_folder.hpp"
+#include "platform/posix/text.hpp"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+
+namespace tallowmere::platform::posix {
+namespace {
+
+constexpr off_t kLifeByte = off_t{1} << 40;
+constexpr int kPatience = 500; // tries, a millisecond apart
+
+constexpr struct flock lifeByte(short type) noexcept {
+    struct flock lock {};
+    lock.l_type = type;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = kLifeByte;
+    lock.l_len = 1;
+    return lock;
+}
+
+/// Takes, changes or lets go of this description's own hold, at once or not at all.
+bool setHold(int file, short type) noexcept {
+    struct flock lock = lifeByte(type);
+    return ::fcntl(file, F_OFD_SETLK, &lock) == 0;
+}
+
+/// The hold of somebody else: F_UNLCK for none, F_RDLCK for a section in use, F_WRLCK for one being made.
+/// Empty where the file system has no such locks.
+std::optional<short> othersHold(int file) noexcept {
+    struct flock lock = lifeByte(F_WRLCK);
+    if (::fcntl(file, F_OFD_GETLK, &lock) != 0) return std::nullopt;
+    return lock.l_type;
+}
+
+class SectionFile final : public SharedSection {
+  public:
+    SectionFile(Descriptor file, std::size_t bytes, bool existed, bool map) noexcept
+        : file_(std::move(file)), bytes_(bytes), existed_(existed) {
+        if (!map) return;
+        void* view = ::mmap(nullptr, bytes_, PROT_READ | PROT_WRITE, MAP_SHARED, file_.get(), 0);
+        if (view != MAP_FAILED) view_ = static_cast<std::byte*>(view);
+    }
+    /// Closes without unlocking: a forked child may still live in the section through the same description.
+    ~SectionFile() override {
+        if (view_ != nullptr) ::munmap(view_, bytes_);
+    }
+    SectionFile(const SectionFile&) = delete;
+    SectionFile& operator=(const SectionFile&) = delete;
+
+    [[nodiscard]] std::byte* view() const noexcept override { return view_; }
+    [[nodiscard]] bool existed() const noexcept override { return existed_; }
+    [[nodiscard]] std::u16string maker() const override {
+        struct stat status {};
+        return ::fstat(file_.get(), &status) == 0 ? widenText(findAccount(status.st_uid).name) : std::u16string();
+    }
+
+  private:
+    Descriptor file_;
+    std::byte* view_ = nullptr;
+    std::size_t bytes_;
+    bool existed_;
+};
+
+/// How a try to get hold of the file went.
+enum class Hold {
+    None,    // no such file, or not one of ours
+    Absent,  // a remnant that nobody holds
+    Later,   // being made, or gone from under its name since it was opened
+    Made,    // new, by us
+    Opened,  // in use by others too
+    Misfits, // in use by others too, with another size
+};
+
+/// Asked only while holding the life byte: a file without a name has been replaced.
+Hold judge(int file, std::size_t bytes, off_t& size) noexcept {
+    struct stat status {};
+    if (::fstat(file, &status) != 0 || !S_ISREG(status.st_mode) || !isOwn(status, S_IRWXG | S_IRWXO)) return Hold::None;
+    if (status.st_nlink != 1) return status.st_nlink == 0 ? Hold::Later : Hold::None;
+    size = status.st_size;
+    return size == static_cast<off_t>(bytes) ? Hold::Opened : Hold::Misfits;
+}
+
+/// Space is taken now, so that a full file system is an error here and not a fault at some later access.
+bool allocate(int file, std::size_t bytes) noexcept {
+    const auto size = static_cast<off_t>(bytes);
+    int result = 0;
+    do result = ::fallocate(file, 0, 0, size);
+    while (result != 0 && errno == EINTR);
+    return result == 0 || (errno == EOPNOTSUPP && ::ftruncate(file, size) == 0);
+}
+
+/// Makes the section anew; asked with the life byte held exclusively, which becomes a shared hold. The mode
+/// is set because a umask may have kept the user's own rights off a file just made.
+Hold make(int file, std::size_t bytes) noexcept {
+    off_t size = 0;
+    const Hold judged = judge(file, bytes, size);
+    if (judged == Hold::None || judged == Hold::Later) return judged;
+    const bool made = ::ftruncate(file, 0) == 0 && allocate(file, bytes) && ::fchmod(file, S_IRUSR | S_IWUSR) == 0 &&
+                      setHold(file, F_RDLCK);
+    return made ? Hold::Made : Hold::None;
+}
+
+/// Joins those who hold the section. Empty, it is the remnant of a maker that was killed at work: whoever
+/// is alone with it makes it anew, and several who met over it try again.
+Hold join(int file, std::size_t bytes, bool mayMake) noexcept {
+    if (!setHold(file, F_RDLCK)) return Hold::Later;
+    off_t size = 0;
+    const Hold judged = judge(file, bytes, size);
+    if (judged != Hold::Misfits || size != 0) return judged;
+    return mayMake && setHold(file, F_WRLCK) ? make(file, bytes) : Hold::Later;
+}
+
+Hold tryHold(int file, std::size_t bytes, bool mayMake) noexcept {
+    const std::optional<short> others = othersHold(file);
+    if (!others) return Hold::None;
+    switch (*others) {
+    case F_RDLCK:
+        return join(file, bytes, mayMake);
+    case F_UNLCK:
+        if (!mayMake) return Hold::Absent;
+        return setHold(file, F_WRLCK) ? make(file, bytes) : Hold::Later;
+    default:
+        return Hold::Later;
+    }
+}
+
+struct HeldFile {
+    Descriptor file;
+    Hold hold = Hold::None;
+};
+
+HeldFile holdFile(std::u16string_view name, std::size_t bytes, bool mayMake) noexcept {
+    const RuntimeFolder folder;
+    const EntryName entry = folder.entry(name);
+    if (!folder || entry.empty()) return {};
+    const int flags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY | (mayMake ? O_CREAT : 0);
+    for (int attempt = 0; attempt < kPatience; ++attempt) {
+        Descriptor file(::openat(folder.get(), entry.text(), flags, S_IRUSR | S_IWUSR));
+        if (!file) return {};
+        const Hold hold = tryHold(file.get(), bytes, mayMake);
+        if (hold == Hold::Made || hold == Hold::Opened || hold == Hold::Misfits) return {std::move(file), hold};
+        // A child forked by another thread just now would keep the hold; so it is let go, not only closed.
+        setHold(file.get(), F_UNLCK);
+        if (hold != Hold::Later) return {{}, hold};
+        sleepFor(1);
+    }
+    return {};
+}
+
+} // namespace
+
+std::unique_ptr<SharedSection> openOrCreateSectionFile(std::u16string_view name, std::size_t bytes) {
+    HeldFile held = holdFile(name, bytes, true);
+    if (!held.file) return nullptr;
+    return std::make_unique<SectionFile>(std::move(held.file), bytes, held.hold != Hold::Made,
+                                         held.hold != Hold::Misfits);
+}
+
+std::unique_ptr<SharedSection> openSectionFile(std::u16string_view name, std::size_t bytes) {
+    HeldFile held = holdFile(name, bytes, false);
+    if (held.hold != Hold::Opened) return nullptr;
+    auto section = std::make_unique<SectionFile>(std::move(held.file), bytes, true, true);
+    if (section->view() == nullptr) return nullptr;
+    return section;
+}
+
+} // namespace tallowmere::platform::posix

@@ -1,0 +1,53 @@
+#include "platform/terminal.hpp"
+
+#include <csignal>
+#include <cstdlib>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace tallowmere::platform {
+namespace {
+
+constexpr int kUsualColumns = 80;
+
+std::atomic<bool> stopAsked{false};
+static_assert(std::atomic<bool>::is_always_lock_free, "set by a signal handler");
+
+extern "C" void askToStop(int) {
+    stopAsked = true;
+}
+
+/// A second request takes the system's own way. Waiting calls are interrupted, so that they see the first.
+void watchSignals() noexcept {
+    struct sigaction action {};
+    action.sa_handler = askToStop;
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
+    ::sigemptyset(&action.sa_mask);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) ::sigaction(number, &action, nullptr);
+}
+
+} // namespace
+
+std::vector<std::string> commandLine(int argc, const char* const* argv) {
+    return {argv, argv + argc};
+}
+
+bool outputIsTerminal() noexcept {
+    const char* kind = std::getenv("TERM");
+    return ::isatty(STDOUT_FILENO) == 1 && kind != nullptr && *kind != '\0' && std::string_view(kind) != "dumb";
+}
+
+int terminalColumns() noexcept {
+    winsize size{};
+    return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsualColumns;
+}
+
+void prepareStandardStreams() noexcept {} // bytes pass as they are
+
+const std::atomic<bool>& stopRequested() noexcept {
+    static const bool watching = (watchSignals(), true);
+    static_cast<void>(watching);
+    return stopAsked;
+}
+
+} // namespace tallowmere::platform

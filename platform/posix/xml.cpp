@@ -1,0 +1,117 @@
+#include "platform/posix/xml.hpp"
+
+#include "platform/posix/files.hpp"
+#include "platform/posix/text.hpp"
+
+#include <expat.h>
+#include <new>
+
+namespace tallowmere::platform::posix {
+namespace {
+
+constexpr int kDeepestLevel = 256;
+// The parser looks at an unfinished tag again with every piece of the file that it gets. So pieces grow while
+// a tag goes on, which keeps that work in proportion, up to a limit that no honest document comes near.
+constexpr int kPieceBytes = 16 << 10;
+constexpr int kLargestPieceBytes = 8 << 20;
+
+struct ParserDeleter {
+    void operator()(XML_Parser parser) const noexcept { ::XML_ParserFree(parser); }
+};
+using Parser = std::unique_ptr<XML_ParserStruct, ParserDeleter>;
+
+/// Prefixes are of no interest here.
+std::u16string localName(std::string_view name) {
+    return widenText(name.substr(name.rfind(':') + 1));
+}
+
+/// Reads the file piece by piece; the parser pauses at each start tag until the next element is asked for.
+class ExpatReader final : public XmlReader {
+  public:
+    ExpatReader(Descriptor file, Parser parser) : file_(std::move(file)), parser_(std::move(parser)) {
+        ::XML_SetUserData(parser_.get(), this);
+        ::XML_SetElementHandler(parser_.get(), onStart, onEnd);
+        ::XML_SetStartDoctypeDeclHandler(parser_.get(), onDoctype);
+    }
+
+    [[nodiscard]] bool next(XmlElement& element) override {
+        while (!ended_) {
+            const XML_Status status = paused_ ? resume() : parsePiece();
+            if (outOfMemory_) throw std::bad_alloc();
+            paused_ = status == XML_STATUS_SUSPENDED;
+            ended_ = status == XML_STATUS_ERROR || (status == XML_STATUS_OK && lastPiece_);
+            if (!paused_) continue;
+            element = std::move(element_);
+            return true;
+        }
+        return false;
+    }
+
+  private:
+    XML_Status resume() noexcept { return ::XML_ResumeParser(parser_.get()); }
+
+    XML_Status parsePiece() noexcept {
+        growPiece();
+        if (pieceBytes_ > kLargestPieceBytes) return XML_STATUS_ERROR;
+        void* piece = ::XML_GetBuffer(parser_.get(), pieceBytes_);
+        if (piece == nullptr) return XML_STATUS_ERROR;
+        const std::size_t room = static_cast<std::size_t>(pieceBytes_);
+        const std::size_t count = readWhole(file_.get(), {static_cast<char*>(piece), room});
+        lastPiece_ = count < room;
+        return ::XML_ParseBuffer(parser_.get(), static_cast<int>(count), lastPiece_ ? XML_TRUE : XML_FALSE);
+    }
+
+    void growPiece() noexcept {
+        const XML_Index position = ::XML_GetCurrentByteIndex(parser_.get());
+        pieceBytes_ = position == position_ ? pieceBytes_ * 2 : kPieceBytes;
+        position_ = position;
+    }
+
+    /// Exceptions must not pass through the parser.
+    void start(const XML_Char* name, const XML_Char** attributes) noexcept {
+        if (++level_ > kDeepestLevel) return stop();
+        try {
+            element_.name = localName(name);
+            element_.attributes.clear();
+            for (; *attributes != nullptr; attributes += 2)
+                element_.attributes.push_back({localName(attributes[0]), widenText(attributes[1])});
+            ::XML_StopParser(parser_.get(), XML_TRUE);
+        } catch (const std::bad_alloc&) {
+            outOfMemory_ = true;
+            stop();
+        }
+    }
+    void stop() noexcept { ::XML_StopParser(parser_.get(), XML_FALSE); }
+
+    static ExpatReader& self(void* data) noexcept { return *static_cast<ExpatReader*>(data); }
+    static void XMLCALL onStart(void* data, const XML_Char* name, const XML_Char** attributes) noexcept {
+        self(data).start(name, attributes);
+    }
+    static void XMLCALL onEnd(void* data, const XML_Char*) noexcept { --self(data).level_; }
+    static void XMLCALL onDoctype(void* data, const XML_Char*, const XML_Char*, const XML_Char*, int) noexcept {
+        self(data).stop();
+    }
+
+    Descriptor file_;
+    Parser parser_;
+    XmlElement element_;
+    XML_Index position_ = 0;
+    int pieceBytes_ = kPieceBytes;
+    int level_ = 0;
+    bool paused_ = false;
+    bool lastPiece_ = false;
+    bool ended_ = false;
+    bool outOfMemory_ = false;
+};
+
+} // namespace
+
+std::unique_ptr<XmlReader> openXmlReader(const std::u16string& path) {
+    Descriptor file = openRegularFile(path);
+    if (!file) return nullptr;
+    Parser parser(::XML_ParserCreate(nullptr));
+    if (parser == nullptr) return nullptr;
+    return std::make_unique<ExpatReader>(std::move(file), std::move(parser));
+}
+
+} // namespace tallowmere::platform::posix

@@ -20,7 +20,7 @@ bool inRange(std::uint16_t channel, std::uint16_t boat) noexcept {
 }
 
 SystemValues systemValues() noexcept {
-    return SystemValues(libraryValues().area());
+    return SystemValues(libraryArea());
 }
 
 /// Copies a record out to a caller, whose buffer may have any alignment.
@@ -38,19 +38,21 @@ Record copyIn(const ChannelValue* from) noexcept {
 }
 static_assert(sizeof(ChannelValue) == 2 * sizeof(std::uint64_t));
 
-/// What a write answers without writing, or that it may go on.
-struct Admission {
-    bool refused;
-    std::uint8_t answer;
-};
-
-Admission admitWrite(std::uint16_t channel, std::uint16_t boat) noexcept {
+/// Calls `write` if channel and boat are in range and a client may write there; its answer or the refusal's.
+template <class Write> std::uint8_t writeIfAdmitted(std::uint16_t channel, std::uint16_t boat, Write write) noexcept {
     const auto below = static_cast<std::uint16_t>(channel - 1);
     // KEPT: the answer is the low byte of the number before the channel, mostly true for a caller.
-    if (below >= kChannelCount - 1 || boat >= kBoatCount) return {true, static_cast<std::uint8_t>(below)};
+    if (below >= kChannelCount - 1 || boat >= kBoatCount) return static_cast<std::uint8_t>(below);
     const std::uint8_t isProtected = kCatalogue[channel].ownBoatProtected;
-    if (boat == 0 && isProtected != 0 && !systemValues().inMode(kFixesFromClients, 0)) return {true, isProtected};
-    return {false, 0};
+    if (boat == 0 && isProtected != 0 && !systemValues().inMode(kFixesFromClients, 0)) return isProtected;
+    return write(libraryValues()) ? 1 : 0;
+}
+
+/// Out of line, so that a plain read needs no frame.
+[[gnu::noinline]] std::uint8_t readAlternating(std::uint16_t channel, double* value, std::uint16_t boat,
+                                               std::uint16_t* source) noexcept {
+    *source = resolveAlternating(libraryValues(), channel);
+    return readValue(libraryArea(), *source, boat, *value) ? 1 : 0;
 }
 
 /// A user channel's number from what a client calls it: 0 to 31 or the channel number itself.
@@ -77,14 +79,9 @@ std::uint8_t GetZanVar(std::uint16_t channel, double* value, std::uint16_t boat,
         *value = NO_VALUE;
         return 0;
     }
-    const ValueStore& values = libraryValues();
-    const ChannelIndex read = isAlternating(channel) ? resolveAlternating(values, channel) : channel;
-    *source = read;
-    const RecordResult found = values.fetch(read, boat);
-    if (!found.holdsValue) return 0;
-    const DoubleResult result = values.recordAsDouble(read, found.record);
-    *value = result.value;
-    return result.holdsValue ? 1 : 0;
+    if (isAlternating(channel)) return readAlternating(channel, value, boat, source);
+    *source = channel;
+    return readValue(libraryArea(), channel, boat, *value) ? 1 : 0;
 }
 
 std::uint8_t GetZanVar2(std::uint16_t channel, ChannelValue* record, std::uint16_t boat,
@@ -95,9 +92,8 @@ std::uint8_t GetZanVar2(std::uint16_t channel, ChannelValue* record, std::uint16
         return 0;
     }
     const ValueStore& values = libraryValues();
-    const ChannelIndex read = isAlternating(channel) ? resolveAlternating(values, channel) : channel;
-    *source = read;
-    const RecordResult found = values.fetch(read, boat);
+    *source = resolveAlternating(values, channel);
+    const RecordResult found = values.fetch(*source, boat);
     copyOut(record, found.record);
     return found.holdsValue ? 1 : 0;
 }
@@ -138,17 +134,14 @@ void SetZanUserVarName(std::uint16_t index, const char* name) noexcept {
 }
 
 std::uint8_t SetZanVar(std::uint16_t channel, double value, std::uint16_t boat) noexcept {
-    const Admission admission = admitWrite(channel, boat);
-    if (admission.refused) return admission.answer;
-    ValueStore& values = libraryValues();
-    return values.store(channel, values.doubleToRecord(channel, value).record, boat, kNoTime) ? 1 : 0;
+    return writeIfAdmitted(channel, boat,
+                           [&](ValueStore& values) noexcept { return values.storeDouble(channel, value, boat); });
 }
 
 std::uint8_t SetZanVar2(std::uint16_t channel, const ChannelValue* record, std::uint16_t boat) noexcept {
     const Record copy = copyIn(record);
-    const Admission admission = admitWrite(channel, boat);
-    if (admission.refused) return admission.answer;
-    return libraryValues().store(channel, copy, boat, kNoTime) ? 1 : 0;
+    return writeIfAdmitted(channel, boat,
+                           [&](ValueStore& values) noexcept { return values.store(channel, copy, boat, kNoTime); });
 }
 
 int SetMOB(double latitude, double longitude) noexcept {

@@ -19,13 +19,16 @@ endif()
 
 add_library(tallowmere_options INTERFACE)
 if(MSVC)
-    target_compile_options(tallowmere_options INTERFACE /W4 /WX /utf-8 /permissive- /Zc:__cplusplus /fp:precise)
+    target_compile_options(tallowmere_options INTERFACE /W4 /WX /utf-8 /permissive- /Zc:__cplusplus /fp:precise
+        /wd5030) # attributes of other compilers
 else()
     target_compile_options(tallowmere_options INTERFACE
         -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Werror
         # The same bits on every compiler: no fused multiply-add where the source has two operations.
         -ffp-contract=off)
-    target_compile_options(tallowmere_options INTERFACE -ffunction-sections -fdata-sections)
+    target_compile_options(tallowmere_options INTERFACE -ffunction-sections -fdata-sections
+        # g++ would pack the two words of a value record into one wide register, by way of the stack.
+        -fno-tree-slp-vectorize)
     target_link_options(tallowmere_options INTERFACE -Wl,--gc-sections)
 endif()
 if(WIN32)

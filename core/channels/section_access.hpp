@@ -68,8 +68,12 @@ struct Record {
         case StorageKind::Integer:
             return integer() != kNone16;
         default:
-            return number() != NO_VALUE;
+            return holdsNumber();
         }
+    }
+    /// True unless the payload is the double 32767.0, which has one bit pattern only.
+    [[nodiscard]] constexpr bool holdsNumber() const noexcept {
+        return payload != std::bit_cast<std::uint64_t>(double{NO_VALUE});
     }
     friend constexpr bool operator==(const Record&, const Record&) = default;
 };

@@ -1,18 +1,16 @@
 #include "core/channels/value_store.hpp"
 
 #include "core/channels/system_values.hpp"
+#include "core/channels/time_scale.hpp"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <span>
 
 namespace tallowmere {
 namespace {
-
-constexpr double kTicksPerDay = 8.64e11;
-constexpr double kDaysFrom1601To1899 = 109205.0; // to 1899-12-30, day 0 of dates kept as doubles
-constexpr std::int64_t kTicksPerSecond = 10'000'000;
 
 /// Rounds half away from zero. Empty when the result does not fit, and for NaN.
 template <class Integer> std::optional<Integer> roundToInteger(double value) noexcept {
@@ -35,28 +33,6 @@ std::optional<std::int64_t> ticksFromDays(UnitClass unitClass, double days) noex
     }
 }
 
-/// Adds half a second and cuts the fraction of a second off, toward zero.
-std::int64_t wholeSeconds(std::int64_t ticks) noexcept {
-    constexpr std::int64_t half = kTicksPerSecond / 2;
-    const std::int64_t seconds =
-        ticks >= 0 ? static_cast<std::int64_t>((static_cast<std::uint64_t>(ticks) + half) / kTicksPerSecond)
-                   : (ticks + half) / kTicksPerSecond;
-    return seconds * kTicksPerSecond;
-}
-
-double daysFromTicks(UnitClass unitClass, std::int64_t ticks) noexcept {
-    switch (unitClass) {
-    case UnitClass::DateTime:
-        if (ticks == kNoTime) return 0.0;
-        return static_cast<double>(wholeSeconds(ticks)) / kTicksPerDay - kDaysFrom1601To1899;
-    case UnitClass::TimeSpan:
-        if (ticks == kNoTime) return std::numeric_limits<double>::quiet_NaN();
-        return static_cast<double>(ticks) / kTicksPerDay;
-    default:
-        return NO_VALUE;
-    }
-}
-
 /// Brings an angle into its range by one turn at most; one further out is left as it is.
 double normaliseAngle(UnitClass unitClass, double value) noexcept {
     if (unitClass == UnitClass::Bearing) {
@@ -74,41 +50,50 @@ double checkRange(const ChannelDef& row, double value) noexcept {
     return value < row.minValue || value > row.maxValue ? NO_VALUE : value;
 }
 
-/// Where a channel of a boat is kept.
-struct Slot {
-    std::int64_t* stamp = nullptr;
-    ChannelValue* current = nullptr;
-    explicit operator bool() const noexcept { return current != nullptr; }
-};
-
-/// Empty when the boat does not keep the channel. channel below 414, boat below 100.
-Slot slotOf(SharedArea& area, ChannelIndex channel, BoatIndex boat) noexcept {
-    if (boat < kFullBoatCount) {
-        FullBoatBlock& block = area.fullBlocks[boat];
-        return {&block.stamps[channel], &block.current[channel]};
-    }
-    const std::uint16_t slot = kCatalogue[channel].compactIndex;
-    if (slot >= kCompactSlotCount) return {};
-    CompactBoatBlock& block = area.compactBlocks[boat - kFullBoatCount];
-    return {&block.stamps[slot], &block.current[slot]};
-}
-
-/// Boats in use, whatever the section says.
-std::uint32_t boatsInUse(const SharedArea& area) noexcept {
-    return std::min<std::uint32_t>(readOnce(area.boatCount), kBoatCount);
-}
-
-/// Puts a record and its stamp into their slot. False when the boat does not keep the channel.
-bool put(SharedArea& area, ChannelIndex channel, const Record& record, BoatIndex boat, std::int64_t stamp) noexcept {
-    const Slot slot = slotOf(area, channel, boat);
+/// Puts a record of a channel of this storage kind and its stamp into their slot. False when the boat does
+/// not keep the channel.
+inline bool put(SharedArea& area, ChannelIndex channel, StorageKind kind, Record record, BoatIndex boat,
+                std::int64_t stamp) noexcept {
+    const auto slot = valueSlotOf(area, channel, boat);
     if (!slot) return false;
     writeOnce(*slot.stamp, stamp);
     storeRecord(*slot.current, record);
-    if (channel != ZAN_TIME && record.holds(storageKindOf(&area, channel))) {
+    if (record.holds(kind)) {
         writeOnce(area.boats[boat].hasData, 1);
         if (readOnce(area.boatCount) <= boat) writeOnce(area.boatCount, boat + 1U);
     }
     return true;
+}
+
+/// Puts a derived record likewise, by its own channel's kind.
+void putDerived(SharedArea& area, ChannelIndex channel, Record record, BoatIndex boat, std::int64_t stamp) noexcept {
+    put(area, channel, storageKindOf(&area, channel), record, boat, stamp);
+}
+
+/// Puts the time into the clock channel of every boat in use. The kind bytes stay as they are.
+inline void stampClock(SharedArea& area, std::int64_t now) noexcept {
+    const auto payload = static_cast<std::uint64_t>(now);
+    for (FullBoatBlock& block : area.fullBlocks) {
+        writeOnce(block.stamps[ZAN_TIME], now);
+        storePayload(block.current[ZAN_TIME], payload);
+        storePayload(block.second[ZAN_TIME], 0);
+        storePayload(block.third[ZAN_TIME], payload);
+    }
+    constexpr std::size_t slot = kCatalogue[ZAN_TIME].compactIndex;
+    const std::uint32_t boats = std::max<std::uint32_t>(boatsInUse(area), kFullBoatCount);
+    for (CompactBoatBlock& block : std::span(area.compactBlocks).first(boats - kFullBoatCount)) {
+        writeOnce(block.stamps[slot], now);
+        storePayload(block.current[slot], payload);
+        storePayload(block.third[slot], payload);
+    }
+}
+
+/// True for a write that is not made, whatever is written.
+bool isRefused(const SharedArea& area, ChannelIndex channel, BoatIndex boat) noexcept {
+    if (channel == ZAN_TIME || channel >= kChannelCount || boat >= kBoatCount) return true;
+    const ChannelSetting& setting = area.settings[channel];
+    if (readOnce(setting.blocked) != 0) return true;
+    return readOnce(setting.writeLockable) != 0 && readOnce(area.systemFlags[system_flag::kWriteLock]) != 0;
 }
 
 /// The values that follow from one write. A derived value goes straight into its slot: the refusals,
@@ -125,7 +110,7 @@ class DerivedValues {
     }
 
     /// The value to store for `value`, and what else follows from it.
-    double fromNumber(ChannelIndex channel, double value) noexcept {
+    [[gnu::noinline]] double fromNumber(ChannelIndex channel, double value) noexcept {
         switch (channel) {
         case ZAN_RUDDERP:
             rudderToe(ZAN_RUDDERS, [&](double starboard) { return value - starboard; });
@@ -155,7 +140,7 @@ class DerivedValues {
 
     /// KEPT: kind byte 0, so a plain read as a double gives the payload's first byte.
     void putWithKindZero(ChannelIndex channel, std::uint64_t payload) noexcept {
-        put(area_, channel, Record{static_cast<std::uint64_t>(StorageKind::Byte), payload}, boat_, stamp_);
+        putDerived(area_, channel, Record{static_cast<std::uint64_t>(StorageKind::Byte), payload}, boat_, stamp_);
     }
 
     template <class Difference> void rudderToe(ChannelIndex otherRudder, Difference difference) noexcept {
@@ -177,7 +162,7 @@ class DerivedValues {
         if (!flag(enablingFlag)) return;
         const RecordResult previous = values_.fetch(source, boat_);
         if (!previous.holdsValue) return;
-        const Slot slot = slotOf(area_, source, boat_);
+        const auto slot = valueSlotOf(area_, source, boat_);
         if (!slot) return;
         const std::int64_t previousStamp = readOnce(*slot.stamp);
         if (previousStamp == kNoTime || stamp_ <= previousStamp) return;
@@ -185,8 +170,9 @@ class DerivedValues {
         const std::uint64_t seconds = elapsed / kTicksPerSecond;
         if (seconds == 0) return;
         const double change = (value - previous.record.number()) / static_cast<double>(seconds);
-        put(area_, target, Record{static_cast<std::uint64_t>(previousStamp), std::bit_cast<std::uint64_t>(change)},
-            boat_, stamp_);
+        putDerived(area_, target,
+                   Record{static_cast<std::uint64_t>(previousStamp), std::bit_cast<std::uint64_t>(change)}, boat_,
+                   stamp_);
     }
 
     const ValueStore& values_;
@@ -195,15 +181,21 @@ class DerivedValues {
     std::int64_t stamp_;
 };
 
+bool hasDerivedValues(ChannelIndex channel) noexcept {
+    switch (channel) {
+    case ZAN_RUDDERP:
+    case ZAN_RUDDERS:
+    case ZAN_AWA:
+    case ZAN_HDG:
+    case ZAN_HEEL:
+    case ZAN_TRIM:
+        return true;
+    default:
+        return false;
+    }
+}
+
 } // namespace
-
-Record ValueStore::noValueRecord(ChannelIndex channel) const noexcept {
-    return Record::none(storageKindOf(area(), channel));
-}
-
-bool ValueStore::holdsValue(ChannelIndex channel, const Record& record) const noexcept {
-    return record.holds(storageKindOf(area(), channel));
-}
 
 RecordResult ValueStore::doubleToRecord(ChannelIndex channel, double value) const noexcept {
     const StorageKind kind = storageKindOf(area(), channel);
@@ -219,91 +211,59 @@ RecordResult ValueStore::doubleToRecord(ChannelIndex channel, double value) cons
     return {record, record.holds(kind)};
 }
 
-DoubleResult ValueStore::recordAsDouble(ChannelIndex channel, const Record& record) const noexcept {
-    if (channel >= kChannelCount || !holdsValue(channel, record)) return {};
-    double value = NO_VALUE;
-    switch (static_cast<StorageKind>(record.kind())) {
-    case StorageKind::Byte:
-        value = record.byte();
-        break;
-    case StorageKind::Double:
-        value = record.number();
-        break;
-    case StorageKind::Integer:
-        value = record.integer();
-        break;
-    case StorageKind::Time:
-        value = daysFromTicks(unitClassOf(area(), channel), record.ticks());
-        break;
-    default:
-        break;
-    }
-    return {value, value != NO_VALUE};
+/// What becomes of a number on its way into its slot.
+inline double ValueStore::applyRules(ChannelIndex channel, double value, BoatIndex boat, std::int64_t stamp) noexcept {
+    value = checkRange(kCatalogue[channel], normaliseAngle(unitClassOf(area(), channel), value));
+    if (value != NO_VALUE && corrector_ != nullptr && readOnce(area()->settings[channel].calibrate) != 0)
+        value = corrector_->correct(channel, value);
+    if (value == NO_VALUE || !hasDerivedValues(channel)) return value;
+    return DerivedValues(*this, boat, stamp).fromNumber(channel, value);
 }
 
-bool ValueStore::store(ChannelIndex channel, Record record, BoatIndex boat, std::int64_t stamp) noexcept {
+/// The way of a write. `recordFor` gives the record to write, for the channel's storage kind; each of the two
+/// callers has its own copy of this code, in which a plain double stays in a register.
+template <class RecordFor>
+bool ValueStore::write(ChannelIndex channel, BoatIndex boat, std::int64_t stamp, RecordFor recordFor) noexcept {
     SharedArea* const view = area();
     if (view == nullptr) return false;
-    const std::int64_t now = stampTime();
-
-    if (channel == ZAN_TIME || channel >= kChannelCount || boat >= kBoatCount) return false;
-    ChannelSetting& setting = view->settings[channel];
-    if (readOnce(setting.blocked) != 0) return false;
-    if (readOnce(setting.writeLockable) != 0 && readOnce(view->systemFlags[system_flag::kWriteLock]) != 0) return false;
+    // The order is for speed: the clock first, because reading it waits for all that was begun before it, and
+    // loads before the many stores, behind which they would wait.
+    const std::int64_t now = context_.platform.now();
+    const bool refused = isRefused(*view, channel, boat);
+    const StorageKind kind = storageKindOf(view, channel);
+    stampClock(*view, now);
+    if (refused) return false;
 
     if (stamp == kNoTime) stamp = now;
-    const StorageKind kind = storageKindOf(view, channel);
+    Record record = recordFor(kind);
     if (record.holds(kind)) {
-        if (kind == StorageKind::Double) {
-            double value = checkRange(kCatalogue[channel], normaliseAngle(unitClassOf(view, channel), record.number()));
-            if (value != NO_VALUE && corrector_ != nullptr && readOnce(setting.calibrate) != 0)
-                value = corrector_->correct(channel, value);
-            if (value != NO_VALUE) value = DerivedValues(*this, boat, stamp).fromNumber(channel, value);
-            record.payload = std::bit_cast<std::uint64_t>(value);
-        } else if (channel == ZAN_GPS_TIME && kind == StorageKind::Time) {
+        if (kind == StorageKind::Double)
+            record.payload = std::bit_cast<std::uint64_t>(applyRules(channel, record.number(), boat, stamp));
+        else if (channel == ZAN_GPS_TIME && kind == StorageKind::Time)
             DerivedValues(*this, boat, stamp).gpsOffset(record.ticks(), now);
-        }
     }
 
-    const bool stored = put(*view, channel, record, boat, stamp);
+    const bool stored = put(*view, channel, kind, record, boat, stamp);
     if (record.holds(kind)) {
-        writeOnce(setting.written, 1);
+        writeOnce(view->settings[channel].written, 1);
         writeOnce(view->systemFlags[system_flag::kSomethingWritten], 1);
     }
     return stored;
 }
 
-RecordResult ValueStore::fetch(ChannelIndex channel, BoatIndex boat) const noexcept {
-    const StorageKind kind = storageKindOf(area(), channel);
-    if (area() != nullptr && channel < kChannelCount && boat < boatsInUse(*area())) {
-        if (const Slot slot = slotOf(*area(), channel, boat)) {
-            const Record record = loadRecord(*slot.current);
-            return {record, record.holds(kind)};
-        }
-    }
-    return {Record::none(kind), false};
+bool ValueStore::store(ChannelIndex channel, Record record, BoatIndex boat, std::int64_t stamp) noexcept {
+    return write(channel, boat, stamp, [&](StorageKind) noexcept { return record; });
+}
+
+bool ValueStore::storeDouble(ChannelIndex channel, double value, BoatIndex boat) noexcept {
+    return write(channel, boat, kNoTime, [&](StorageKind kind) noexcept {
+        return kind == StorageKind::Double ? Record::ofNumber(value) : doubleToRecord(channel, value).record;
+    });
 }
 
 std::int64_t ValueStore::stampTime() noexcept {
     const std::int64_t now = context_.platform.now();
-    SharedArea* const view = area();
-    if (view == nullptr) return now;
-
-    const auto payload = static_cast<std::uint64_t>(now);
-    for (FullBoatBlock& block : view->fullBlocks) {
-        writeOnce(block.stamps[ZAN_TIME], now);
-        storePayload(block.current[ZAN_TIME], payload);
-        storePayload(block.second[ZAN_TIME], 0);
-        storePayload(block.third[ZAN_TIME], payload);
-    }
-    constexpr std::size_t slot = kCatalogue[ZAN_TIME].compactIndex;
-    const std::uint32_t boats = boatsInUse(*view);
-    for (std::uint32_t boat = kFullBoatCount; boat < boats; ++boat) {
-        CompactBoatBlock& block = view->compactBlocks[boat - kFullBoatCount];
-        writeOnce(block.stamps[slot], now);
-        storePayload(block.current[slot], payload);
-        storePayload(block.third[slot], payload);
-    }
+    if (area() != nullptr) stampClock(*area(), now);
     return now;
 }
 

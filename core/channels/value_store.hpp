@@ -1,24 +1,12 @@
 // Typed channel values over the shared section: conversion, writing with its rules, reading.
 #pragma once
 
-#include "core/channels/channel_lookup.hpp"
 #include "core/channels/context.hpp"
+#include "core/channels/value_reading.hpp"
 
 #include <cstdint>
 
 namespace tallowmere {
-
-/// A record and whether it holds a value of its channel.
-struct RecordResult {
-    Record record;
-    bool holdsValue = false;
-};
-
-/// A double and whether it is a value (not 32767.0).
-struct DoubleResult {
-    double value = NO_VALUE;
-    bool holdsValue = false;
-};
 
 /// Corrects values on their way into the section. A host's core object brings one; without it values are
 /// stored as written.
@@ -43,19 +31,25 @@ class ValueStore {
     [[nodiscard]] SharedArea* area() const noexcept { return context_.area; }
 
     /// The channel's record without a value: 32767.0, 32767 or INT64_MAX by its storage kind.
-    [[nodiscard]] Record noValueRecord(ChannelIndex channel) const noexcept;
-
-    /// True unless the payload equals the no-value payload of the channel's storage kind. A NaN is a
-    /// value. The record's own kind byte plays no part.
-    [[nodiscard]] bool holdsValue(ChannelIndex channel, const Record& record) const noexcept;
+    [[nodiscard]] Record noValueRecord(ChannelIndex channel) const noexcept {
+        return Record::none(storageKindOf(area(), channel));
+    }
+    /// True unless the payload equals the no-value payload of the channel's storage kind.
+    [[nodiscard]] bool holdsValue(ChannelIndex channel, const Record& record) const noexcept {
+        return record.holds(storageKindOf(area(), channel));
+    }
 
     /// A double in the channel's base unit (days for times) as a record. 32767.0 and doubles that the
     /// channel's kind can't hold give the no-value record; a moment of 0.0 too.
     [[nodiscard]] RecordResult doubleToRecord(ChannelIndex channel, double value) const noexcept;
 
-    /// A record as a double, by the record's own kind byte. 32767.0 when it holds no value or can't be
-    /// converted. Moments come in whole seconds. A time span of INT64_MAX is NaN.
-    [[nodiscard]] DoubleResult recordAsDouble(ChannelIndex channel, const Record& record) const noexcept;
+    /// A record as a double (value_reading.hpp).
+    [[nodiscard]] DoubleResult recordAsDouble(ChannelIndex channel, const Record& record) const noexcept {
+        return tallowmere::recordAsDouble(area(), channel, record);
+    }
+
+    /// doubleToRecord and store with the stamp "now", in one.
+    bool storeDouble(ChannelIndex channel, double value, BoatIndex boat) noexcept;
 
     /// Writes a record with its rules: refusals, angle normalisation, range check, correction, derived
     /// channels.
@@ -64,9 +58,15 @@ class ValueStore {
     /// channel, and without a section.
     bool store(ChannelIndex channel, Record record, BoatIndex boat, std::int64_t stamp) noexcept;
 
-    /// The current record of a channel for a boat; its no-value record when there is none (channel out of
-    /// range, boat at or above the boat count, no slot, no section).
-    [[nodiscard]] RecordResult fetch(ChannelIndex channel, BoatIndex boat) const noexcept;
+    /// The current record of a channel for a boat (value_reading.hpp).
+    [[nodiscard]] RecordResult fetch(ChannelIndex channel, BoatIndex boat) const noexcept {
+        return fetchRecord(area(), channel, boat);
+    }
+
+    /// The same from the third value array, where programs keep processed values.
+    /// calibrated   also correct a value of double kind, as a write to a calibrated channel would
+    /// No boat's own bearing correction is applied; that belongs to the programs.
+    [[nodiscard]] RecordResult fetchProcessed(ChannelIndex channel, BoatIndex boat, bool calibrated) const noexcept;
 
     /// Writes the clock into channel 0 of every boat in use and returns it.
     std::int64_t stampTime() noexcept;
@@ -75,6 +75,10 @@ class ValueStore {
     void dropArea() noexcept { context_.area = nullptr; }
 
   private:
+    template <class RecordFor>
+    bool write(ChannelIndex channel, BoatIndex boat, std::int64_t stamp, RecordFor recordFor) noexcept;
+    double applyRules(ChannelIndex channel, double value, BoatIndex boat, std::int64_t stamp) noexcept;
+
     Context context_;
     ValueCorrector* corrector_;
 };

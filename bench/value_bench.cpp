@@ -1,4 +1,5 @@
 // Writes, reads and the opening of the section against their floors. Figures: docs/benchmarks.md.
+#include "bench/allocations.hpp"
 #include "bench/floor.hpp"
 #include "core/ccore.hpp"
 #include "core/channels/section_access.hpp"
@@ -7,16 +8,12 @@
 #include <benchmark/benchmark.h>
 #include <tallowmere/tallowmere.h>
 
-#include <atomic>
 #include <cstdlib>
-#include <new>
 #include <string>
 
 using namespace tallowmere;
 
 namespace {
-
-std::atomic<std::int64_t> allocations{0};
 
 /// The section that the shared library of this process works on, mapped a second time.
 SharedArea& area() {
@@ -37,9 +34,9 @@ void FloorWrite(benchmark::State& state) {
 void SetZanVarDouble(benchmark::State& state) {
     useBoats(state.range(0));
     double speed = 6.4;
-    const std::int64_t before = allocations;
+    const std::int64_t before = bench::allocations();
     for (auto _ : state) SetZanVar(ZAN_BSP, speed += 1e-6, 0);
-    state.counters["allocations"] = static_cast<double>(allocations - before);
+    state.counters["allocations"] = static_cast<double>(bench::allocations() - before);
 }
 
 void FloorRead(benchmark::State& state) {
@@ -57,12 +54,12 @@ void GetZanVarDouble(benchmark::State& state) {
     SetZanVar(ZAN_BSP, 6.4, 0);
     double value = 0;
     std::uint16_t source = 0;
-    const std::int64_t before = allocations;
+    const std::int64_t before = bench::allocations();
     for (auto _ : state) {
         benchmark::DoNotOptimize(GetZanVar(ZAN_BSP, &value, 0, &source));
         benchmark::DoNotOptimize(value);
     }
-    state.counters["allocations"] = static_cast<double>(allocations - before);
+    state.counters["allocations"] = static_cast<double>(bench::allocations() - before);
 }
 
 void FloorOpen(benchmark::State& state) {
@@ -86,17 +83,5 @@ BENCHMARK(FloorOpen);
 BENCHMARK(OpenCore);
 
 } // namespace
-
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(size)) return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 BENCHMARK_MAIN();

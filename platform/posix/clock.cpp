@@ -1,24 +1,13 @@
 #include "platform/posix/clock.hpp"
 
 #include <cerrno>
-#include <ctime>
 
 namespace tallowmere::platform::posix {
 namespace {
 
-constexpr std::int64_t kTicksPerSecond = 10'000'000; // of 100 ns
-constexpr std::int64_t kNanosecondsPerTick = 100;
-constexpr std::int64_t kSecondsFrom1601To1970 = 11'644'473'600;
-
 constexpr int kDaylightBias = -60; // minutes
 
 } // namespace
-
-std::int64_t wallClock() noexcept {
-    timespec time{};
-    ::clock_gettime(CLOCK_REALTIME, &time);
-    return (time.tv_sec + kSecondsFrom1601To1970) * kTicksPerSecond + time.tv_nsec / kNanosecondsPerTick;
-}
 
 /// The system tells the offset in force only. In daylight saving that is split the way almost every zone
 /// has it; what counts is the sum, which is exact.

@@ -3,9 +3,20 @@
 
 #include "platform/platform.hpp"
 
+#include <ctime>
+
 namespace tallowmere::platform::posix {
 
-[[nodiscard]] std::int64_t wallClock() noexcept;
+/// 100 ns units since 1601-01-01 UTC. Inline: every write of a channel begins with it.
+[[nodiscard]] inline std::int64_t wallClock() noexcept {
+    constexpr std::int64_t kTicksPerSecond = 10'000'000;
+    constexpr std::int64_t kNanosecondsPerTick = 100;
+    constexpr std::int64_t kSecondsFrom1601To1970 = 11'644'473'600;
+    timespec time{};
+    ::clock_gettime(CLOCK_REALTIME, &time);
+    return (time.tv_sec + kSecondsFrom1601To1970) * kTicksPerSecond + time.tv_nsec / kNanosecondsPerTick;
+}
+
 [[nodiscard]] std::optional<TimeZone> localTimeZone() noexcept;
 void sleepFor(unsigned milliseconds) noexcept;
 

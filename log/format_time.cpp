@@ -60,11 +60,12 @@ std::u16string defaultForm(const std::tm& parts) {
 }
 
 /// Unit by unit between 16-bit text and wchar_t, whatever its size: no locale's day or month names go
-/// beyond 16 bits, and what stands in the format passes through unchanged.
+/// beyond 16 bits.
 std::u16string givenForm(const std::tm& parts, std::u16string_view format) {
     const std::wstring wideFormat(format.begin(), format.end());
-    std::array<wchar_t, kLongestText + 1> text{};
-    const std::size_t length = std::wcsftime(text.data(), text.size(), wideFormat.c_str(), &parts);
+    std::array<wchar_t, kLongestText + 2> text{};
+    const std::size_t length = std::wcsftime(text.data(), kLongestText + 1, wideFormat.c_str(), &parts);
+    if (length > kLongestText) return {}; // some run-time libraries fill the last place instead of the terminator
     return {text.data(), text.data() + length};
 }
 

@@ -18,8 +18,8 @@ void WriteSystemLog(const Context& context, const std::u16string& message);
 
 /// A moment as text, in UTC.
 /// time     100 ns since 1601-01-01 UTC
-/// format   as for wcsftime, in the C locale of the process; only conversions of the C standard. Empty:
-///          "2026-Nov-15 14:03:27", English, rounded to the nearest second (a half to the even one).
+/// format   as for wcsftime, in the C locale of the process; ASCII, only conversions of the C standard.
+///          Empty: "2026-Nov-15 14:03:27", English, rounded to the nearest second (a half to the even one).
 /// Empty outside 1970 to 3000 and when the text needs more than 255 characters.
 [[nodiscard]] std::u16string FormatTime(std::int64_t time, std::u16string_view format);
 

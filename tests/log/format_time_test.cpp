@@ -28,10 +28,6 @@ TEST(FormatTime, CutsFractionsOfASecond) {
     EXPECT_EQ(FormatTime(kExample + kSecond - 1, u"%H:%M:%S"), u"14:03:27");
 }
 
-TEST(FormatTime, LettersOfAnyScriptInTheFormatPassThrough) {
-    EXPECT_EQ(FormatTime(kExample, u"\u00E6\u65E5 %d \u2693"), u"\u00E6\u65E5 15 \u2693");
-}
-
 TEST(FormatTime, EmptyFormatGivesTheDefaultForm) {
     EXPECT_EQ(FormatTime(kExample, u""), u"2026-Nov-15 14:03:27");
 }

@@ -89,10 +89,10 @@ ChannelIndex chooseCell(const ValueStore& values, const Row& row) noexcept {
 
 } // namespace
 
-ChannelIndex resolveAlternating(const ValueStore& values, ChannelIndex channel, bool mayRecurse) noexcept {
-    if (values.area() == nullptr || !isAlternating(channel)) return channel < kChannelCount ? channel : kNone16;
-    const ChannelIndex chosen = chooseCell(values, readRow(*values.area(), channel));
-    return mayRecurse && isAlternating(chosen) ? resolveAlternating(values, chosen, false) : chosen;
+ChannelIndex detail::chooseAlternative(const ValueStore& values, ChannelIndex alternating, bool mayRecurse) noexcept {
+    if (values.area() == nullptr) return alternating;
+    const ChannelIndex chosen = chooseCell(values, readRow(*values.area(), alternating));
+    return mayRecurse ? resolveAlternating(values, chosen, false) : chosen;
 }
 
 } // namespace tallowmere

@@ -1,0 +1,110 @@
+#include "core/channels/mob_mark.hpp"
+#include "tests/support/memory_platform.hpp"
+#include "tools/feed/feed_host.hpp"
+
+#include <gmock/gmock.h>
+
+#include <limits>
+#include <string>
+#include <vector>
+
+namespace tallowmere::feed {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Host : public testing::Test {
+  protected:
+    std::unique_ptr<FeedHost> makeHost() {
+        return std::make_unique<FeedHost>(platform, machine.makeWindow(),
+                                          [this](std::string_view text) { told.emplace_back(text); });
+    }
+
+    test::MemoryMachine machine;
+    test::MemoryPlatform platform{machine};
+    std::vector<std::string> told;
+};
+
+TEST_F(Host, AcceptsSatelliteFixesOfClients) {
+    const auto host = makeHost();
+    ASSERT_TRUE(host->ready());
+    EXPECT_EQ(host->core().system().integer(system_integer::kFixMode), 3);
+    EXPECT_TRUE(host->core().system().inMode(3, 0));
+}
+
+TEST_F(Host, LeavesItsWindowInTheSectionAndTakesItBack) {
+    const CCore other(platform, false); // keeps the section alive
+    auto host = makeHost();
+    EXPECT_NE(other.area()->hostWindow, 0U);
+    host.reset();
+    EXPECT_EQ(other.area()->hostWindow, 0U);
+}
+
+TEST_F(Host, AnotherHostsWindowStays) {
+    const CCore other(platform, false);
+    auto host = makeHost();
+    other.area()->hostWindow = 4711;
+    host.reset();
+    EXPECT_EQ(other.area()->hostWindow, 4711U);
+}
+
+TEST_F(Host, ManOverboardOfAnotherProgramIsTold) {
+    const CCore other(platform, false);
+    const auto host = makeHost();
+    host->poll();
+    EXPECT_THAT(told, IsEmpty());
+    EXPECT_NE(raiseManOverboard(other.context(), 50.5, -1.25), 0);
+    host->poll();
+    EXPECT_THAT(told, ElementsAre("MAN OVERBOARD at 50 30.000 N, 1 15.000 W"));
+}
+
+TEST_F(Host, TwoCallsAreToldTwice) {
+    const CCore other(platform, false);
+    const auto host = makeHost();
+    EXPECT_NE(raiseManOverboard(other.context(), 50.5, -1.25), 0);
+    EXPECT_NE(raiseManOverboard(other.context(), -33.99999999, 151.0), 0);
+    host->poll();
+    EXPECT_THAT(
+        told, ElementsAre("MAN OVERBOARD at 34 00.000 S, 151 00.000 E", "MAN OVERBOARD at 34 00.000 S, 151 00.000 E"));
+}
+
+TEST_F(Host, UnknownPositionIsSaid) {
+    const CCore other(platform, false);
+    const auto host = makeHost();
+    for (const double latitude : {NO_VALUE, std::numeric_limits<double>::quiet_NaN(), 1e308}) {
+        told.clear();
+        EXPECT_NE(raiseManOverboard(other.context(), latitude, 0.0), 0);
+        host->poll();
+        EXPECT_THAT(told, ElementsAre("MAN OVERBOARD, position not known"));
+    }
+}
+
+TEST_F(Host, OtherMessagesAreIgnored) {
+    const auto host = makeHost();
+    const std::uint64_t window = host->core().area()->hostWindow;
+    for (const platform::HostMessage& message :
+         {platform::HostMessage{0x8019, 7, 0}, platform::HostMessage{0x8018, 8, 0}, platform::HostMessage{}})
+        EXPECT_NE(platform.postToHost(window, message), 0);
+    host->poll();
+    EXPECT_THAT(told, IsEmpty());
+}
+
+TEST_F(Host, WithoutAWindowItFeedsAllTheSame) {
+    FeedHost host(platform, nullptr, [](std::string_view) {});
+    ASSERT_TRUE(host.ready());
+    host.poll();
+    EXPECT_EQ(host.core().area()->hostWindow, 0U);
+    EXPECT_TRUE(host.sink().write(ZAN_BSP, 6.4, 0));
+}
+
+TEST_F(Host, WithoutASectionItIsNotReady) {
+    machine.failAlways(test::Step::CreateSection);
+    const auto host = makeHost();
+    EXPECT_FALSE(host->ready());
+    host->poll();
+    EXPECT_FALSE(host->sink().write(ZAN_BSP, 6.4, 0));
+}
+
+} // namespace
+} // namespace tallowmere::feed

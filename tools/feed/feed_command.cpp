@@ -1,0 +1,79 @@
+#include "tools/feed/feed_command.hpp"
+
+#include "platform/terminal.hpp"
+#include "tools/feed/feed_host.hpp"
+#include "tools/feed/feed_run.hpp"
+#include "tools/feed/summary.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+namespace tallowmere {
+namespace {
+
+struct Arguments {
+    std::string source;
+    double speed = 1.0;
+    bool quiet = false;
+};
+
+struct Ending {
+    int exitCode = 0;
+    bool stuck = false; // see Source::isStuck
+};
+
+Ending failure(feed::Reporter& reporter, const std::string& why) {
+    reporter.line("tallowmere feed: " + why);
+    return {1};
+}
+
+Ending feedFrom(const Arguments& arguments) {
+    feed::Reporter reporter(stderr, platform::outputIsTerminal(), arguments.quiet);
+    const auto tell = [&reporter](std::string_view text) { reporter.line(text); };
+    platform::prepareStandardStreams();
+    const std::atomic<bool>& stop = platform::stopRequested();
+
+    feed::OpenedSource opened = feed::openSource(arguments.source, tell);
+    if (!opened.source) return failure(reporter, opened.error);
+
+    feed::FeedHost host(platform::hostPlatform(), platform::makeHostWindow(), tell);
+    if (!host.ready())
+        return failure(reporter, "the shared data can be neither made nor opened; the log of the data folder says "
+                                 "more. Is an older program running that holds it?");
+
+    feed::Feed feed(host.sink());
+    const bool complete =
+        feed::runFeed(feed, *opened.source, {arguments.speed}, stop, reporter, [&host] { host.poll(); });
+    reporter.line(arguments.source + ":\n" + feed::summaryText(feed.counts(), arguments.source));
+    Ending ending{complete ? 0 : 1, opened.source->isStuck()};
+    if (!complete) reporter.line("tallowmere feed: " + arguments.source + ": " + opened.source->error());
+    return ending;
+}
+
+} // namespace
+
+void addFeedCommand(CLI::App& app, int& exitCode) {
+    auto arguments = std::make_shared<Arguments>();
+    CLI::App* const command =
+        app.add_subcommand("feed", "Turn NMEA 0183 from a file or the network into channels, as their host");
+    command->add_option("source", arguments->source, "a recording, - (standard input), udp:PORT or tcp:HOST:PORT")
+        ->required();
+    command->add_option("--speed", arguments->speed, "of a recording: 1 as recorded, 2 twice as fast, 0 at once")
+        ->check(CLI::Range(0.0, 1e6))
+        ->capture_default_str();
+    command->add_flag("-q,--quiet", arguments->quiet, "show no progress");
+    command->callback([arguments, &exitCode] {
+        const Ending ending = feedFrom(*arguments);
+        exitCode = ending.exitCode;
+        if (!ending.stuck) return;
+        std::fflush(stdout);
+        std::fflush(stderr);
+        std::_Exit(exitCode);
+    });
+}
+
+} // namespace tallowmere

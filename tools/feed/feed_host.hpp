@@ -1,0 +1,44 @@
+// The host program's part: it owns a core object, accepts satellite fixes and answers man-overboard calls.
+#pragma once
+
+#include "core/ccore.hpp"
+#include "platform/host_window.hpp"
+#include "tools/feed/section_sink.hpp"
+
+#include <functional>
+#include <memory>
+#include <string_view>
+
+namespace tallowmere::feed {
+
+class FeedHost {
+  public:
+    using Report = std::function<void(std::string_view)>;
+
+    /// Attaches to the shared section and makes this program the host in it.
+    /// window   may be null: then man-overboard calls don't reach this program
+    /// report   gets a line for each man-overboard call; runs inside poll()
+    FeedHost(platform::Platform& platform, std::unique_ptr<platform::HostWindow> window, Report report);
+    /// Takes the window out of the section again, unless another host has put its own there meanwhile.
+    ~FeedHost();
+    FeedHost(const FeedHost&) = delete;
+    FeedHost& operator=(const FeedHost&) = delete;
+
+    /// False when the shared section could not be made or opened: nothing can be written.
+    [[nodiscard]] bool ready() const noexcept { return core_.area() != nullptr; }
+    [[nodiscard]] CCore& core() noexcept { return core_; }
+    [[nodiscard]] ChannelSink& sink() noexcept { return sink_; }
+
+    /// Handles what has arrived at the window. Call it several times a second.
+    void poll();
+
+  private:
+    void reportManOverboard() const;
+
+    CCore core_;
+    SectionSink sink_;
+    std::unique_ptr<platform::HostWindow> window_;
+    Report report_;
+};
+
+} // namespace tallowmere::feed

@@ -21,7 +21,8 @@ void readPaths(const Context& context, const CRegEx& key) {
     SharedArea& area = *context.area;
     const std::u16string folder = key.QueryString(u"DataFolder", GetDataFolder(context, {}));
     // By the text up to its first NUL: that is what the section's readers will see.
-    if (!folder.empty() && context.platform.exists(folder.c_str())) writeText(area.dataFolder, folder);
+    if (!folder.empty() && context.platform.exists(folder.substr(0, folder.find(u'\0'))))
+        writeText(area.dataFolder, folder);
 
     writeText(area.databasePath, key.QueryString(u"Database2", GetDatabasePath(context)));
 

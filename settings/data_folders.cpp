@@ -75,7 +75,7 @@ std::u16string GetHostFolder(const platform::Platform& platform) {
     const bool hasDrive = hasDrives(platform) && path.size() >= kDriveCharacters && path[1] == u':';
     const std::size_t drive = hasDrive ? kDriveCharacters : 0;
     const std::size_t last = path.find_last_of(hasDrives(platform) ? u"\\/" : u"/");
-    const std::size_t end = last == path.npos ? drive : std::max(last + 1, drive);
+    const std::size_t end = last == std::u16string::npos ? drive : std::max(last + 1, drive);
     if (end - drive > kLongestDirectory) return {};
     path.resize(end);
     return path;

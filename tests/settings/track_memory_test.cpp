@@ -1,4 +1,5 @@
-// What other programs see while a track is being emptied: memory that is given back is looked at on its way.
+// The track store and the memory manager: what other programs see while memory is given back, and what
+// happens when there is none.
 #include "settings/track_settings.hpp"
 #include "tests/support/new_section.hpp"
 
@@ -9,11 +10,12 @@ namespace {
 
 const volatile std::uint8_t* watched = nullptr;
 int seen = -1;
+bool noMemory = false;
 
 } // namespace
 
 void* operator new(std::size_t size) {
-    if (void* memory = std::malloc(size != 0 ? size : 1)) return memory;
+    if (void* memory = noMemory ? nullptr : std::malloc(size != 0 ? size : 1)) return memory;
     throw std::bad_alloc();
 }
 
@@ -29,9 +31,9 @@ void operator delete(void* memory, std::size_t) noexcept {
 namespace tallowmere::test {
 namespace {
 
-using TrackReset = NewSection;
+using TrackMemory = NewSection;
 
-TEST_F(TrackReset, FlagIsOneWhilePointsAreGivenBackAndZeroAfterwards) {
+TEST_F(TrackMemory, FlagIsOneWhilePointsAreGivenBackAndZeroAfterwards) {
     TrackSettings tracks(platform);
     tracks.tracks[5].points.resize(10);
     watched = &area->trackReset;
@@ -39,6 +41,15 @@ TEST_F(TrackReset, FlagIsOneWhilePointsAreGivenBackAndZeroAfterwards) {
     watched = nullptr;
     EXPECT_EQ(seen, 1);
     EXPECT_EQ(area->trackReset, 0);
+}
+
+TEST_F(TrackMemory, DestructionWithoutMemorySavesNothingAndIsSilent) {
+    auto tracks = std::make_unique<TrackSettings>(platform);
+    tracks->tracks[5].points.resize(10);
+    noMemory = true;
+    tracks.reset();
+    noMemory = false;
+    EXPECT_TRUE(machine.settings.empty());
 }
 
 } // namespace

@@ -179,7 +179,7 @@ TEST(AisEncode, GivesTheBitsOfTheReferenceMessages) {
     report.heading = 231.0;
     report.second = 42;
     std::string bits(kClassABits);
-    bits.replace(bits.find(" 1 ") + 1, 1, "0"); // position accuracy is left at "low"
+    bits[bits.find(" 1 ") + 1] = '0'; // position accuracy is left at "low"
     EXPECT_EQ(encodePayload(report), armour(bits));
 }
 

@@ -1,0 +1,70 @@
+#include "tools/simulate/simulate_command.hpp"
+
+#include "platform/platform.hpp"
+#include "platform/terminal.hpp"
+#include "tools/simulate/instruments.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <thread>
+
+namespace tallowmere {
+namespace {
+
+struct Arguments {
+    std::uint64_t seconds = 0; // 0: without end
+    double speed = 1.0;
+    std::uint32_t seed = 1;
+};
+
+using Clock = std::chrono::steady_clock;
+
+/// In short pieces, so that the user can stop the program.
+void sleepUntil(Clock::time_point due) {
+    constexpr auto kPiece = std::chrono::milliseconds(50);
+    for (auto now = Clock::now(); now < due && !platform::stopRequested(); now = Clock::now())
+        std::this_thread::sleep_for(std::min<Clock::duration>(kPiece, due - now));
+}
+
+void runRace(const Arguments& arguments) {
+    constexpr std::int64_t kTicksPerSecond = 10'000'000;
+    platform::prepareStandardStreams();
+    simulate::Race race(arguments.seed);
+    std::int64_t ticks = platform::hostPlatform().now() / kTicksPerSecond * kTicksPerSecond;
+    const auto start = Clock::now();
+    for (std::uint64_t second = 1; !platform::stopRequested(); ++second) {
+        race.step();
+        ticks += kTicksPerSecond;
+        const std::string text = simulate::linesOf(race, ticks);
+        if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) return;
+        if (second == arguments.seconds) return;
+        if (arguments.speed > 0.0)
+            sleepUntil(start + std::chrono::duration_cast<Clock::duration>(
+                                   std::chrono::duration<double>(static_cast<double>(second) / arguments.speed)));
+    }
+}
+
+} // namespace
+
+void addSimulateCommand(CLI::App& app, int& exitCode) {
+    auto arguments = std::make_shared<Arguments>();
+    CLI::App* const command =
+        app.add_subcommand("simulate", "Write a simulated race start to standard output, as NMEA 0183");
+    command->add_option("--seconds", arguments->seconds, "of the race, then end; 0: without end")
+        ->capture_default_str();
+    command->add_option("--speed", arguments->speed, "1 real time, 2 twice as fast, 0 at once")
+        ->check(CLI::Range(0.001, 1e6) | CLI::IsMember({0.0}))
+        ->capture_default_str();
+    command->add_option("--seed", arguments->seed, "the same seed gives the same race")->capture_default_str();
+    command->callback([arguments, &exitCode] {
+        runRace(*arguments);
+        exitCode = 0;
+    });
+}
+
+} // namespace tallowmere

@@ -1,9 +1,11 @@
 #include "core/ccore.hpp"
 
+#include "core/attempt.hpp"
 #include "core/channels/area_defaults.hpp"
 #include "core/config/alternate_table.hpp"
 #include "core/config/boats_file.hpp"
 #include "core/config/channels_file.hpp"
+#include "core/second_stage.hpp"
 #include "log/system_log.hpp"
 #include "settings/core_settings.hpp"
 #include "settings/reg_ex.hpp"
@@ -21,15 +23,6 @@ SharedArea* areaOf(const std::unique_ptr<platform::SharedSection>& section) noex
     return section != nullptr ? reinterpret_cast<SharedArea*>(section->view()) : nullptr;
 }
 
-/// Runs one step of the start-up. Out of memory, a step is left unfinished and the next one goes on: what
-/// it would have set keeps its default.
-template <class Step> void attempt(Step step) noexcept {
-    try {
-        step();
-    } catch (...) { // NOLINT(bugprone-empty-catch): see above
-    }
-}
-
 void reportFailure(platform::Platform& platform, const char16_t* message) noexcept {
     attempt([&] { WriteSystemLog(Context{platform, nullptr}, message); });
     platform.postQuit();
@@ -45,10 +38,12 @@ std::u16string sectionName() {
 
 CCore::CCore(bool bStart) noexcept : CCore(platform::hostPlatform(), bStart) {}
 
-CCore::CCore(platform::Platform& platform, [[maybe_unused]] bool bStart) noexcept
-    : section_(attachSection(platform)), values_(Context{platform, areaOf(section_)}) {
+CCore::CCore(platform::Platform& platform, bool bStart) noexcept
+    : calibration_(&values_), section_(attachSection(platform)),
+      values_(Context{platform, areaOf(section_)}, &calibration_) {
     if (area() != nullptr && !section_->existed()) fillNewSection();
     values_.stampTime();
+    if (bStart) StartCore();
 }
 
 CCore::~CCore() {
@@ -86,6 +81,12 @@ void CCore::fillNewSection() noexcept {
     attempt([&] { readChannels(context()); });
     attempt([&] { readAlternateTable(context()); });
     setupDone_ = 1;
+}
+
+void CCore::StartCore() noexcept {
+    blockChannelsByFlags(context());
+    startCalibration(calibration_);
+    attempt([&] { writeHostLocation(context().platform); });
 }
 
 } // namespace tallowmere

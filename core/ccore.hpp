@@ -4,6 +4,7 @@
 // destroyed while it is unloaded. A host program that links the static core constructs its own.
 #pragma once
 
+#include "calibration/calibration.hpp"
 #include "core/channels/context.hpp"
 #include "core/channels/system_values.hpp"
 #include "core/channels/value_store.hpp"
@@ -23,6 +24,8 @@ class CCore {
     /// Makes or opens the section. The first creator fills it from the user's settings and the data
     /// folder; a later opener takes it as it is. When that fails the failure is shown and logged, and the
     /// object answers as without data. Never throws.
+    /// bStart   also run the second stage of the start-up, for hosts: channels blocked by system flags,
+    ///          calibration, the host's folder in the settings (second_stage.hpp)
     CCore(platform::Platform& platform, bool bStart) noexcept;
     explicit CCore(bool bStart) noexcept;
 
@@ -38,6 +41,10 @@ class CCore {
     [[nodiscard]] ValueStore& values() noexcept { return values_; }
     [[nodiscard]] const ValueStore& values() const noexcept { return values_; }
     [[nodiscard]] SystemValues system() const noexcept { return SystemValues(area()); }
+
+    /// The twenty calibration items. Empty and unused unless the second stage has run or a host fills them.
+    [[nodiscard]] Calibration& calibration() noexcept { return calibration_; }
+    [[nodiscard]] const Calibration& calibration() const noexcept { return calibration_; }
 
     /// True when this object made the section, false when it opened one that was there.
     [[nodiscard]] bool madeSection() const noexcept;
@@ -55,7 +62,9 @@ class CCore {
   private:
     std::unique_ptr<platform::SharedSection> attachSection(platform::Platform& platform) noexcept;
     void fillNewSection() noexcept;
+    void StartCore() noexcept;
 
+    Calibration calibration_;
     ReservedState reserved_;
     volatile std::uint8_t stopRequested_ = 1;
     volatile std::uint8_t workerBusy_ = 0;

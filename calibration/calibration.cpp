@@ -1,0 +1,182 @@
+#include "calibration/calibration.hpp"
+
+#include "calibration/calibration_file.hpp"
+#include "calibration/default_table.hpp"
+#include "settings/data_folders.hpp"
+#include "settings/reg_ex.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tallowmere {
+namespace {
+
+namespace which = calibration_item;
+
+bool isChannel(std::int32_t number) noexcept {
+    return number >= 0 && number < static_cast<std::int32_t>(kChannelCount);
+}
+
+std::u16string fileNameOf(const CalibrationItemDef& definition) {
+    return std::u16string(u"ZAN_CAL_") + definition.name + u".txt";
+}
+
+void takeFlag(const CRegEx& key, std::u16string_view prefix, std::size_t index, std::uint8_t& flag) {
+    if (const auto value = key.findWholeDword(indexedName(prefix, index))) flag = *value != 0 ? 1 : 0;
+}
+
+/// The item whose correction is added to what is written to a channel; 20 for none. AWA has two, see there.
+/// KEPT: Leeway has an item and is not corrected.
+std::size_t correctingItem(ChannelIndex channel) noexcept {
+    switch (channel) {
+    case ZAN_BSP:
+        return which::kBsp;
+    case ZAN_AWS:
+        return which::kAws;
+    case ZAN_TWA:
+        return which::kTwa;
+    case ZAN_TWS:
+        return which::kTws;
+    case ZAN_TWD:
+        return which::kTwd;
+    case ZAN_HDG:
+        return which::kHdg;
+    case ZAN_SEATEMP:
+        return which::kSeaTemp;
+    case ZAN_BARO:
+        return which::kBaro;
+    case ZAN_HEEL:
+        return which::kHeel;
+    case ZAN_TRIM:
+        return which::kTrim;
+    case ZAN_RUDDER:
+        return which::kRudderAngle;
+    case ZAN_MASTANG:
+        return which::kMastAngle;
+    default:
+        return kCalibrationItemCount;
+    }
+}
+
+/// KEPT: one turn only, so 725 degrees become 365.
+double intoRange(UnitClass unitClass, double value) noexcept {
+    switch (unitClass) {
+    case UnitClass::Bearing:
+        if (value < 0.0) return value + 360.0;
+        return value >= 360.0 ? value - 360.0 : value;
+    case UnitClass::SignedAngle:
+    case UnitClass::WindAngle:
+        if (value > 180.0) return value - 360.0;
+        return value < -180.0 ? value + 360.0 : value;
+    case UnitClass::BoatSpeed:
+    case UnitClass::WindSpeed:
+        return value < 0.0 ? 0.0 : value;
+    default:
+        return value;
+    }
+}
+
+} // namespace
+
+void Calibration::ResetCalibrationItem(std::size_t id) {
+    if (id >= kCalibrationItemCount) return;
+    const CalibrationItemDef& definition = kCalibrationItems[id];
+    CalibrationItem& item = items_[id];
+    item.table = {};
+    item.columnInput = definition.columnInput;
+    item.rowInput = definition.rowInput;
+    item.channel = definition.channel;
+    item.use = definition.useByDefault;
+    if (SharedArea* const area = values_->area(); area != nullptr && isChannel(item.channel))
+        writeOnce(area->settings[definition.channel].calibrate, item.use);
+    item.unit = definition.unit;
+    item.name = definition.name;
+    item.file = dataFile(values_->context(), u"calibration", fileNameOf(definition));
+    buildDefaultTable(definition, polar_, item.table);
+    BuildSplines(item.table);
+}
+
+void Calibration::ReadCalibrationSettings() {
+    CRegEx key(values_->context().platform);
+    key.Open(kCalibrationKey);
+    if (!key.isOpen()) return;
+    for (std::size_t n = 0; n < kCalibrationItemCount; ++n) {
+        CalibrationItem& item = items_[n];
+        item.file = key.QueryString(indexedName(u"CalFile_", n), item.file);
+        takeFlag(key, u"CalUse_", n, item.use);
+        takeFlag(key, u"CalLinear_", n, item.table.linear);
+    }
+    items_[which::kRateOfTurn].use = 1;
+}
+
+void Calibration::loadCalibrationFile(std::size_t id, const std::u16string& path) {
+    if (id >= kCalibrationItemCount) return;
+    CalibrationItem& item = items_[id];
+    readCalibrationFile(values_->context().platform, path.empty() ? item.file : path, item.table);
+    BuildSplines(item.table);
+}
+
+void Calibration::UpdateCalibratedFlag(std::size_t id) noexcept {
+    SharedArea* const area = values_->area();
+    if (id >= kCalibrationItemCount || area == nullptr) return;
+    const std::int32_t channel = items_[id].channel;
+    if (!isChannel(channel)) return;
+    const bool inUse = std::ranges::any_of(
+        items_, [&](const CalibrationItem& item) { return item.channel == channel && item.use != 0; });
+    writeOnce(area->settings[channel].calibrate, inUse ? 1 : 0);
+}
+
+double Calibration::inputOf(const CalibrationItem& item, std::int32_t input, double value) const noexcept {
+    if (!isChannel(input)) return NO_VALUE;
+    if (input == item.channel) return value;
+    const auto channel = static_cast<ChannelIndex>(input);
+    return values_->recordAsDouble(channel, values_->fetch(channel, 0).record).value;
+}
+
+bool Calibration::isSignedAngleInput(std::int32_t input) const noexcept {
+    return isChannel(input) && isSignedAngle(unitClassOf(values_->area(), static_cast<std::size_t>(input)));
+}
+
+bool Calibration::CalibrationCorrection(std::size_t id, double value, double& correction) noexcept {
+    correction = NO_VALUE;
+    if (id >= kCalibrationItemCount) return false;
+    CalibrationItem& item = items_[id];
+    if (item.use == 0 && kCalibrationItems[id].alwaysApply == 0) return false;
+    if (!isChannel(item.columnInput) && !isChannel(item.rowInput)) {
+        if (item.table.rows.empty() || item.table.rows[0].knots.empty()) return false;
+        correction = item.table.rows[0].knots[0].y;
+        return correction != NO_VALUE;
+    }
+    double x = inputOf(item, item.columnInput, value);
+    double r = inputOf(item, item.rowInput, value);
+    // KEPT: a signed column angle is replaced by the row input's size, not by its own, even when the row input
+    // is missing. Pinned by CalibrationCorrection.SignedColumnAngleIsReplacedByTheRowInput.
+    if (x != NO_VALUE && isSignedAngleInput(item.columnInput)) x = std::fabs(r);
+    if (r != NO_VALUE && isSignedAngleInput(item.rowInput)) r = std::fabs(r);
+    return EvalTable(item.table, x, r, correction);
+}
+
+/// The value with sign times the item's correction added; as it is where there is none.
+double Calibration::corrected(std::size_t id, double value, double sign) noexcept {
+    double correction = NO_VALUE;
+    return CalibrationCorrection(id, value, correction) ? value + sign * correction : value;
+}
+
+double Calibration::addCorrection(ChannelIndex channel, double value) noexcept {
+    if (channel == ZAN_AWA) return corrected(which::kAwa, corrected(which::kAwaOffset, value, 1.0), 1.0);
+    const bool mirrored = channel == ZAN_TWA && value < 0.0;
+    return corrected(correctingItem(channel), value, mirrored ? -1.0 : 1.0);
+}
+
+double Calibration::CalibrateOnWrite(ChannelIndex channel, double value) noexcept {
+    const SharedArea* const area = values_->area();
+    if (area == nullptr || channel >= kChannelCount || value == NO_VALUE) return value;
+    return readOnce(area->settings[channel].calibrate) != 0 ? correct(channel, value) : value;
+}
+
+double Calibration::correct(ChannelIndex channel, double value) noexcept {
+    value = addCorrection(channel, value);
+    return value == NO_VALUE ? value : intoRange(unitClassOf(values_->area(), channel), value);
+}
+
+} // namespace tallowmere

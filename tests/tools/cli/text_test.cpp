@@ -1,0 +1,87 @@
+#include "tools/commands/table.hpp"
+#include "tools/commands/text.hpp"
+
+#include <gtest/gtest.h>
+
+namespace tallowmere::tools {
+namespace {
+
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+
+TEST(Printable, KeepsWhatIsPrintable) {
+    EXPECT_EQ(printable(u"TWD + 90\u00B0"sv), "TWD + 90\u00B0");
+    EXPECT_EQ(printable(u"Frühling \u6C34 \U0001F6A2"sv), "Frühling \u6C34 \U0001F6A2");
+    EXPECT_EQ(printable("Frühling \u6C34 \U0001F6A2"sv), "Frühling \u6C34 \U0001F6A2");
+}
+
+TEST(Printable, ReplacesControlCharacters) {
+    EXPECT_EQ(printable(u"\x1b[2Jgone\r\n\t\0\x7f"sv), "?[2Jgone?????");
+    EXPECT_EQ(printable(u"a\u009B31mb\u0085"sv), "a?31mb?");
+    EXPECT_EQ(printable("\x1b]0;title\a"sv), "?]0;title?");
+    EXPECT_EQ(printable("\xC2\x9B"
+                        "31m"sv),
+              "?31m");
+}
+
+TEST(Printable, ReplacesWhatTurnsTheWritingRound) {
+    EXPECT_EQ(printable(u"a\u202Eb\u2066c\u200Fd\uFEFFe\u2028"sv), "a?b?c?d?e?");
+    EXPECT_EQ(printable("a\u202Eb"sv), "a?b");
+}
+
+TEST(Printable, ReplacesHalvesOfSurrogatePairs) {
+    constexpr char16_t text[] = {u'a', 0xD800, u'b', 0xDC00, 0xD800};
+    EXPECT_EQ(printable(std::u16string_view(text, 5)), "a?b??");
+}
+
+TEST(Printable, ReplacesBytesThatAreNoText) {
+    EXPECT_EQ(printable("a\xFF"
+                        "b\xC3"sv),
+              "a?b?");
+    EXPECT_EQ(printable("\xC0\x80"sv), "??");        // overlong
+    EXPECT_EQ(printable("\xE0\x80\x80"sv), "???");   // overlong
+    EXPECT_EQ(printable("\xED\xA0\x80"sv), "?");     // half a surrogate pair
+    EXPECT_EQ(printable("\xF4\x90\x80\x80"sv), "?"); // beyond the last character
+    EXPECT_EQ(printable("\xF0\x9F\x9A"sv), "???");   // cut
+    EXPECT_EQ(printable("\x80\xBF"sv), "??");
+}
+
+TEST(Width, CountsCharactersNotBytes) {
+    EXPECT_EQ(width(""), 0U);
+    EXPECT_EQ(width("50\u00B045'N"), 7U);
+}
+
+TEST(CutToWidth, NeverCutsACharacter) {
+    EXPECT_EQ(cutToWidth("\u00B0\u00B0\u00B0", 2), "\u00B0\u00B0");
+    EXPECT_EQ(cutToWidth("abc", 3), "abc");
+    EXPECT_EQ(cutToWidth("abc", 4), "abc");
+    EXPECT_EQ(cutToWidth("abc", 0), "");
+}
+
+TEST(LowerCased, TouchesLatinCapitalsOnly) {
+    EXPECT_EQ(lowerCased("TWD+90\u00B0 \u00C4z"), "twd+90\u00B0 \u00C4z");
+}
+
+TEST(Table, AlignsColumns) {
+    Table table({Table::Align::Right, Table::Align::Left, Table::Align::Left});
+    table.add({"No.", "Name", "Unit"});
+    table.add({"1", "BSP", "kt"});
+    table.add({"100", "Depth", ""});
+    EXPECT_EQ(table.text(), "No.  Name   Unit\n"
+                            "  1  BSP    kt\n"
+                            "100  Depth\n");
+}
+
+TEST(Table, AlignsByCharacters) {
+    Table table({Table::Align::Left, Table::Align::Left});
+    table.add({"\u00B0C", "a"});
+    table.add({"mbar", "b"});
+    EXPECT_EQ(table.text(), "\u00B0C    a\nmbar  b\n");
+}
+
+TEST(Table, WithoutRowsIsEmpty) {
+    EXPECT_EQ(Table({Table::Align::Left}).text(), "");
+}
+
+} // namespace
+} // namespace tallowmere::tools

@@ -1,0 +1,20 @@
+#include "tools/commands/get.hpp"
+
+#include "tools/commands/client.hpp"
+#include "tools/commands/reading_table.hpp"
+
+namespace tallowmere::tools {
+
+int runGet(const CommandContext& context, const GetOptions& options) {
+    Client client(context);
+    if (!client.isConnected()) return exit_code::kSystem;
+    const auto channels = client.find(options.channels);
+    if (!channels) return exit_code::kNotFound;
+    client.warnWhenAlone();
+
+    const auto readings = readAll(client.values(), *channels, options.boat, context.platform.now());
+    context.out << readingTable(readings, false).text();
+    return exit_code::kDone;
+}
+
+} // namespace tallowmere::tools

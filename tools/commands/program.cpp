@@ -1,0 +1,136 @@
+// The only file of this folder that sees the argument library, which takes long to compile.
+#include "tools/commands/program.hpp"
+
+#include "tools/commands/get.hpp"
+#include "tools/commands/list.hpp"
+#include "tools/commands/set.hpp"
+#include "tools/commands/status.hpp"
+#include "tools/commands/text.hpp"
+#include "tools/commands/watch.hpp"
+#include "tools/feed/feed_command.hpp"
+#include "tools/simulate/simulate_command.hpp"
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+
+namespace tallowmere::tools {
+namespace {
+
+constexpr char kFooter[] = R"(
+A CHANNEL is a number from 0 to 413 or a name such as BSP ("tallowmere list"); case does not matter. Values are
+in base units: knots, nautical miles, metres, degrees. "-" means no value.
+
+Exit codes: 0 done; 1 not found (no such channel, no shared data) or a write was refused; 2 wrong usage;
+3 the shared data can't be made or the output can't be written.)";
+
+constexpr char kWatchFooter[] = R"(
+On a terminal the table is drawn anew in place. Otherwise there is one line for each channel at first, and
+later one for each whose value has changed or become stale, checked each interval; its fields, separated by
+tabs: time of reading, channel, value, unit, age in seconds, "stale" or nothing.)";
+
+/// Where options are kept must outlive the parsing.
+template <class Options> std::shared_ptr<Options> keep() {
+    return std::make_shared<Options>();
+}
+
+void addBoatOption(CLI::App& command, BoatIndex& boat) {
+    command.add_option("--boat", boat, "Boat number; 0 is the own boat")
+        ->check(CLI::Range(0, static_cast<int>(kBoatCount) - 1))
+        ->type_name("0..99")
+        ->capture_default_str();
+}
+
+void addList(CLI::App& app, const CommandContext& context, int& exitCode) {
+    CLI::App* const command = app.add_subcommand("list", "List channels, or boats, variables, flags");
+    const auto what = keep<ListOf>();
+    const auto flag = [&](const std::string& name, ListOf meant, const std::string& description) {
+        return command->add_flag_callback(
+            name, [what, meant] { *what = meant; }, description);
+    };
+    CLI::Option* const boats = flag("--boats", ListOf::Boats, "The boats: name, MMSI, colour, whether they have data");
+    CLI::Option* const variables = flag("--vars", ListOf::Variables, "The system variables and integers");
+    CLI::Option* const flags = flag("--flags", ListOf::Flags, "The system flags");
+    boats->excludes(variables)->excludes(flags);
+    variables->excludes(flags);
+    command->callback([&context, &exitCode, what] { exitCode = runList(context, *what); });
+}
+
+void addGet(CLI::App& app, const CommandContext& context, int& exitCode) {
+    CLI::App* const command = app.add_subcommand("get", "Show the values of channels, once");
+    const auto options = keep<GetOptions>();
+    command->add_option("CHANNEL", options->channels, "Numbers or names")->required();
+    addBoatOption(*command, options->boat);
+    command->callback([&context, &exitCode, options] { exitCode = runGet(context, *options); });
+}
+
+void addSet(CLI::App& app, const CommandContext& context, int& exitCode) {
+    CLI::App* const command = app.add_subcommand("set", "Write a value, and show what then stands there");
+    const auto options = keep<SetOptions>();
+    command->add_option("CHANNEL", options->channel, "Number or name")->required();
+    command
+        ->add_option("VALUE", options->value,
+                     "A number in the base unit (positions: degrees, north and east positive; moments: days since "
+                     "1899-12-30 UTC; time spans: days), or none")
+        ->required();
+    addBoatOption(*command, options->boat);
+    command->callback([&context, &exitCode, options] { exitCode = runSet(context, *options); });
+}
+
+void addWatch(CLI::App& app, const CommandContext& context, int& exitCode) {
+    CLI::App* const command = app.add_subcommand("watch", "Show the values of channels, live");
+    const auto options = keep<WatchOptions>();
+    command->add_option("CHANNEL", options->channels, "Numbers or names; without any the usual sailing ones");
+    addBoatOption(*command, options->boat);
+    command->add_option("--interval", options->intervalSeconds, "Seconds between rounds")
+        ->type_name("SECONDS")
+        ->capture_default_str();
+    command->add_option("--count", options->count, "End after so many rounds; 0: go on")
+        ->check(CLI::NonNegativeNumber)
+        ->type_name("ROUNDS");
+    command->footer(kWatchFooter);
+    command->callback([&context, &exitCode, options] { exitCode = runWatch(context, *options); });
+}
+
+void addStatus(CLI::App& app, const CommandContext& context, int& exitCode) {
+    CLI::App* const command = app.add_subcommand("status", "Tell whether there is shared data, and how alive it is");
+    command->callback([&context, &exitCode] { exitCode = runStatus(context); });
+}
+
+int reportUsage(const CommandContext& context, const CLI::App& app, const CLI::ParseError& error) {
+    const auto used = app.get_subcommands();
+    context.err << "tallowmere: " << printable(error.what()) << "\nTry \"tallowmere "
+                << (used.empty() ? "" : used.front()->get_name() + " ") << "--help\".\n";
+    return exit_code::kUsage;
+}
+
+} // namespace
+
+int runProgram(const CommandContext& context, const std::vector<std::string>& arguments) {
+    int exitCode = exit_code::kDone;
+    CLI::App app("Live sailing data, shared by every program on the boat's PC.", "tallowmere");
+    app.set_version_flag("--version", "tallowmere " TALLOWMERE_VERSION);
+    app.footer(kFooter);
+    app.require_subcommand(1); // one only: what follows it may be a channel called "Set"
+    addList(app, context, exitCode);
+    addGet(app, context, exitCode);
+    addSet(app, context, exitCode);
+    addWatch(app, context, exitCode);
+    addStatus(app, context, exitCode);
+    addFeedCommand(app, exitCode);
+    addSimulateCommand(app, exitCode);
+
+    // The parser takes the arguments last first, without the program's name.
+    std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
+    if (!reversed.empty()) reversed.pop_back();
+    try {
+        app.parse(std::move(reversed));
+    } catch (const CLI::Success& success) { // --help, --version
+        return app.exit(success, context.out, context.err);
+    } catch (const CLI::ParseError& error) {
+        return reportUsage(context, app, error);
+    }
+    return exitCode;
+}
+
+} // namespace tallowmere::tools

@@ -1,0 +1,28 @@
+// Text from the section and from the user, made safe to print.
+//
+// Any process can write any name into the section. What reaches a terminal from here has no control
+// character, no escape sequence and nothing that changes the direction of writing.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace tallowmere::tools {
+
+/// UTF-16 as UTF-8. What is no character (half a surrogate pair) or must not be printed becomes '?'.
+[[nodiscard]] std::string printable(std::u16string_view text);
+
+/// UTF-8 with the same replacements; a byte that belongs to no character becomes '?'.
+[[nodiscard]] std::string printable(std::string_view text);
+
+/// Characters in UTF-8 text, which is what a column of a table counts.
+[[nodiscard]] std::size_t width(std::string_view text) noexcept;
+
+/// The first `columns` characters, or the text itself when it is no longer.
+[[nodiscard]] std::string_view cutToWidth(std::string_view text, std::size_t columns) noexcept;
+
+/// Latin capital letters A to Z made small; everything else stays.
+[[nodiscard]] std::string lowerCased(std::string_view text);
+
+} // namespace tallowmere::tools

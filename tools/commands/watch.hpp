@@ -1,0 +1,24 @@
+// watch: channels, live.
+#pragma once
+
+#include "core/channels/catalogue.hpp"
+#include "tools/commands/command_context.hpp"
+
+#include <string>
+#include <vector>
+
+namespace tallowmere::tools {
+
+struct WatchOptions {
+    std::vector<std::string> channels; // numbers or names; none: the usual ones
+    BoatIndex boat = 0;
+    double intervalSeconds = 1.0; // 0.05 to 3600
+    int count = 0;                // rounds; 0: until the user ends it
+};
+
+/// On a terminal a table that is drawn anew in place each interval. Otherwise one line for each channel at
+/// the first round and, at each later one, a line for each whose text or staleness has changed: time of
+/// reading, channel, value, unit, age in seconds, "stale" or nothing, separated by tabs.
+int runWatch(const CommandContext& context, const WatchOptions& options);
+
+} // namespace tallowmere::tools

@@ -1,0 +1,61 @@
+// The two looks of `watch`.
+#pragma once
+
+#include "tools/commands/reading_table.hpp"
+
+#include <cstdint>
+#include <functional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace tallowmere::tools {
+
+struct WatchRound {
+    std::string title; // whose values
+    std::int64_t now;  // 100 ns since 1601-01-01 UTC
+    std::vector<Reading> readings;
+};
+
+class WatchDisplay {
+  public:
+    virtual ~WatchDisplay() = default;
+    WatchDisplay(const WatchDisplay&) = delete;
+    WatchDisplay& operator=(const WatchDisplay&) = delete;
+    virtual void show(const WatchRound& round) = 0;
+
+  protected:
+    WatchDisplay() = default;
+};
+
+/// A table that is drawn over itself, on the terminal's second screen. Lines that the window has no room for
+/// stay unseen. In the end the first screen comes back, and the last table is left there whole.
+class LiveTable final : public WatchDisplay {
+  public:
+    LiveTable(std::ostream& out, std::function<int()> columns);
+    ~LiveTable() override;
+    void show(const WatchRound& round) override;
+
+  private:
+    [[nodiscard]] std::vector<std::string> styledLines(const WatchRound& round, std::size_t columns) const;
+
+    std::ostream& out_;
+    std::function<int()> columns_;
+    std::vector<std::string> lastLines_;
+};
+
+/// Lines for other programs: what has changed since the round before.
+class ChangeLines final : public WatchDisplay {
+  public:
+    explicit ChangeLines(std::ostream& out) : out_(out) {}
+    void show(const WatchRound& round) override;
+
+  private:
+    std::ostream& out_;
+    std::vector<std::string> shown_; // by position in the round
+};
+
+/// "Own boat (Falcon)", "Boat 3 (Otter)".
+[[nodiscard]] std::string boatTitle(const SharedArea* area, BoatIndex boat);
+
+} // namespace tallowmere::tools

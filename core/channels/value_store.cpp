@@ -12,11 +12,18 @@
 namespace tallowmere {
 namespace {
 
+/// Half away from zero, exactly. Not std::round: the Windows run-time library adds 0.5 and cuts, which makes
+/// 1 of the largest double below 0.5.
+double roundHalfAway(double value) noexcept {
+    const double whole = std::trunc(value);
+    return std::fabs(value - whole) >= 0.5 ? whole + std::copysign(1.0, value) : whole;
+}
+
 /// Rounds half away from zero. Empty when the result does not fit, and for NaN.
 template <class Integer> std::optional<Integer> roundToInteger(double value) noexcept {
     constexpr auto low = static_cast<double>(std::numeric_limits<Integer>::min());
     constexpr double end = -low; // one above the largest, exactly
-    const double rounded = std::round(value);
+    const double rounded = roundHalfAway(value);
     if (!(rounded >= low && rounded < end)) return std::nullopt;
     return static_cast<Integer>(rounded);
 }

@@ -58,7 +58,7 @@ class MemoryMachine {
     MemoryMachine& operator=(const MemoryMachine&) = delete;
 
     // What the machine holds; set and look at it freely.
-    std::int64_t now = 134'082'432'000'000'000; // 2025-11-21 00:00:00 UTC
+    std::int64_t now = 134'082'432'000'000'000; // 2025-11-22 00:00:00 UTC
     std::int64_t tick = 0;                      // added to `now` by each reading of the clock
     std::optional<platform::TimeZone> zone = platform::TimeZone{};
     char16_t separator = u'\\';

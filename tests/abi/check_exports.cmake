@@ -1,5 +1,6 @@
 # Fails unless the library shows exactly the eleven functions:
 #   cmake -DLIBRARY=... -DNM=... | -DOBJDUMP=... -P check_exports.cmake
+cmake_minimum_required(VERSION 3.25)
 set(expected
     GetBoatNum GetSysBool GetSysVar GetZanVar GetZanVar2 GetZanVarName GetZanVarNum
     SetMOB SetZanUserVarName SetZanVar SetZanVar2)

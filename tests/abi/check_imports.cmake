@@ -1,5 +1,6 @@
 # Fails when the Windows library needs anything that Windows does not bring, such as a compiler's run-time
 # library: cmake -DLIBRARY=... -DOBJDUMP=... -P check_imports.cmake
+cmake_minimum_required(VERSION 3.25)
 set(of_windows
     advapi32.dll kernel32.dll msvcrt.dll ole32.dll shell32.dll shlwapi.dll ucrtbase.dll user32.dll xmllite.dll)
 

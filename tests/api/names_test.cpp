@@ -90,7 +90,7 @@ TEST_F(Names, UserNumberNamesItsChannelWithBothNames) {
 
 TEST_F(Names, ChannelNumberOfAUserChannelWorksToo) {
     for (unsigned channel = 172; channel <= 203; ++channel) {
-        const std::string text = "u" + std::to_string(channel);
+        const std::string text = std::to_string(channel) + " u";
         SetZanUserVarName(static_cast<std::uint16_t>(channel), text.c_str());
         EXPECT_EQ(name(channel), text);
     }

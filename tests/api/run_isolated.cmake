@@ -1,6 +1,7 @@
 # Runs a test program with folders of its own, so that it meets no section, settings or files of the user's:
 #   cmake -DPROGRAM=... -DLIBRARY_FOLDER=... [-DEMULATOR=...] -P run_isolated.cmake
 # On Windows the registry and the program-data folder are those of the Wine prefix or of the user.
+cmake_minimum_required(VERSION 3.25)
 string(RANDOM LENGTH 12 name)
 set(temporary $ENV{TMPDIR})
 if(NOT temporary)

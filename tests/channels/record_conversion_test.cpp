@@ -100,6 +100,23 @@ TEST_F(DoubleToRecord, TimeSpanIsRoundedToTheNearestTick) {
     expectRecord(kTimeToGun, 10.25 / kTicksPerDay, Record{3, 10}, true);
 }
 
+TEST_F(DoubleToRecord, OddCountFromTwoTo52OnIsNotRoundedAgain) {
+    // These products are whole numbers already; adding a half to them would round to the even neighbour.
+    const std::pair<double, std::int64_t> cases[] = {{5212.499568715853, 4'503'599'627'370'497},
+                                                     {5212.499568715855, 4'503'599'627'370'499},
+                                                     {5212.499568715857, 4'503'599'627'370'501}};
+    for (const auto& [days, ticks] : cases) {
+        ASSERT_EQ(days * kTicksPerDay, static_cast<double>(ticks));
+        expectRecord(kTimeToGun, days, Record{3, static_cast<std::uint64_t>(ticks)}, true);
+        expectRecord(kTimeToGun, -days, Record{3, static_cast<std::uint64_t>(-ticks)}, true);
+    }
+}
+
+TEST_F(DoubleToRecord, LessThanHalfATickIsNone) {
+    expectRecord(kTimeToGun, 0.49 / kTicksPerDay, Record{3, 0}, true);
+    expectRecord(kTimeToGun, -0.49 / kTicksPerDay, Record{3, 0}, true);
+}
+
 TEST_F(DoubleToRecord, TimesThatFitAreStoredAndOthersAreNone) {
     // 10,675,199 days and a little lie below 2 to the 63rd.
     constexpr std::int64_t kLast = 10'675'199LL * 864'000'000'000LL;

@@ -24,21 +24,22 @@ struct Interval {
 
 /// The interval that holds x, or the first or last one when x lies outside. At least one knot; with one,
 /// it is both ends.
-Interval findInterval(std::span<const CurveKnot> knots, double x) noexcept {
-    std::size_t low = 0;
-    std::size_t high = knots.size() - 1;
-    if (ascends(knots)) {
-        while (high - low > 1) {
-            const std::size_t middle = (low + high) / 2;
-            (knots[middle].x > x ? high : low) = middle;
+// Lower end and length, not two ends: so g++ makes branches of it, which are well predicted, since readings
+// change little from one to the next; with conditional moves each step would wait for the one before.
+inline Interval findInterval(std::span<const CurveKnot> knots, double x) noexcept {
+    const bool ascending = ascends(knots);
+    const CurveKnot* low = knots.data();
+    std::size_t length = knots.size() - 1;
+    while (length > 1) {
+        const std::size_t half = length / 2;
+        if ((low[half].x > x) == ascending) {
+            length = half;
+        } else {
+            low += half;
+            length -= half;
         }
-        return {knots[low], knots[high]};
     }
-    while (high - low > 1) {
-        const std::size_t middle = (low + high) / 2;
-        (knots[middle].x > x ? low : high) = middle;
-    }
-    return {knots[high], knots[low]};
+    return ascending ? Interval{low[0], low[length]} : Interval{low[length], low[0]};
 }
 
 double linearBetween(const CurveKnot& a, const CurveKnot& b, double x) noexcept {
@@ -172,17 +173,18 @@ void BuildSplines(CalibrationTable& table) noexcept {
 }
 
 bool EvalSpline(CurveRow& row, double x, double& y) noexcept {
-    y = NO_VALUE;
-    if (row.dirty != 0) BuildSpline(row);
+    if (row.dirty != 0) [[unlikely]]
+        BuildSpline(row);
     const std::span<const CurveKnot> knots = knotsOf(row);
-    if (knots.empty()) return false;
-    if (knots.size() == 1) {
-        y = knots.front().y;
-    } else {
+    double found = NO_VALUE;
+    if (knots.size() >= 2) [[likely]] {
         const Interval interval = findInterval(knots, x);
-        y = splineBetween(interval.a, interval.b, x);
+        found = splineBetween(interval.a, interval.b, x);
+    } else if (knots.size() == 1) {
+        found = knots.front().y;
     }
-    return y != NO_VALUE;
+    y = found;
+    return found != NO_VALUE;
 }
 
 bool EvalLinear(const CurveRow& row, double x, double& y) noexcept {

@@ -82,7 +82,7 @@ UniqueCom<IStream> openStream(const std::u16string& path) {
 UniqueCom<IXmlReader> makeReader(IStream* stream) {
     UniqueCom<IXmlReader> reader;
     void* made = nullptr;
-    if (FAILED(::CreateXmlReader(IID_IXmlReader, &made, nullptr))) return reader;
+    if (FAILED(::CreateXmlReader(__uuidof(IXmlReader), &made, nullptr))) return reader;
     reader.reset(static_cast<IXmlReader*>(made));
     // The reader's own limit of levels is lifted, where it has one: they are counted here.
     reader->SetProperty(XmlReaderProperty_MaxElementDepth, 0);

@@ -19,7 +19,7 @@ bool isDigit(char c) noexcept {
 bool isHexadecimal(std::string_view text) noexcept {
     if (text.size() < 3 || text[0] != '0' || (text[1] | 0x20) != 'x') return false;
     const std::size_t digit = text[2] == '.' ? 3 : 2;
-    return digit < text.size() && kHexDigits.find(text[digit]) != kHexDigits.npos;
+    return digit < text.size() && kHexDigits.find(text[digit]) != std::string_view::npos;
 }
 
 /// The power of ten of the first digit that is not 0, in digits with a point.
@@ -51,7 +51,7 @@ bool isTooLarge(std::string_view number) noexcept {
 
 std::optional<double> leadingDecimal(std::string_view text) noexcept {
     const std::size_t start = text.find_first_not_of(kWhiteSpace);
-    if (start == text.npos) return std::nullopt;
+    if (start == std::string_view::npos) return std::nullopt;
     text.remove_prefix(start);
     const bool negative = text.front() == '-';
     if (negative || text.front() == '+') text.remove_prefix(1);

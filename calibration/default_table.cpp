@@ -1,5 +1,7 @@
 #include "calibration/default_table.hpp"
 
+#include "core/channels/rounding.hpp"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -24,7 +26,7 @@ double at(float start, float step, std::size_t k) noexcept {
 /// Brings a target angle into 0 to 180 degrees and rounds it to one decimal place; empty for a NaN.
 std::optional<double> roundedTarget(std::optional<double> angle) noexcept {
     if (!angle || std::isnan(*angle)) return std::nullopt;
-    return std::round(std::clamp(*angle, 0.0, 180.0) * 10.0) * 0.1;
+    return roundHalfAway(std::clamp(*angle, 0.0, 180.0) * 10.0) * 0.1;
 }
 
 void change(double& number, double to, CurveRow& row, CalibrationTable& table) noexcept {

@@ -1,23 +1,16 @@
 #include "core/channels/value_store.hpp"
 
+#include "core/channels/rounding.hpp"
 #include "core/channels/system_values.hpp"
 #include "core/channels/time_scale.hpp"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <optional>
 #include <span>
 
 namespace tallowmere {
 namespace {
-
-/// Half away from zero, exactly. Not std::round: the Windows run-time library adds 0.5 and cuts, which makes
-/// 1 of the largest double below 0.5.
-double roundHalfAway(double value) noexcept {
-    const double whole = std::trunc(value);
-    return std::fabs(value - whole) >= 0.5 ? whole + std::copysign(1.0, value) : whole;
-}
 
 /// Rounds half away from zero. Empty when the result does not fit, and for NaN.
 template <class Integer> std::optional<Integer> roundToInteger(double value) noexcept {

@@ -1,0 +1,15 @@
+// Rounding that gives the same result on every run-time library.
+#pragma once
+
+#include <cmath>
+
+namespace tallowmere {
+
+/// To the nearest whole number, half away from zero, exactly; NaN and infinities stay. Not std::round: the
+/// Windows run-time library adds 0.5 and cuts, which makes 1 of the largest double below 0.5.
+[[nodiscard]] inline double roundHalfAway(double value) noexcept {
+    const double whole = std::trunc(value);
+    return std::fabs(value - whole) >= 0.5 ? whole + std::copysign(1.0, value) : whole;
+}
+
+} // namespace tallowmere

@@ -23,7 +23,6 @@
 namespace tallowmere::platform::posix {
 namespace {
 
-constexpr off_t kLifeByte = off_t{1} << 40;
 constexpr int kPatience = 500; // tries, a millisecond apart
 
 constexpr struct flock lifeByte(short type) noexcept {

@@ -316,7 +316,12 @@ std::unique_ptr<SettingsKey> MemoryPlatform::openSettings(const std::u16string& 
 std::unique_ptr<SettingsKey> MemoryPlatform::createSettings(const std::u16string& path) const {
     if (machine_.state_->fails(machine_, Step::CreateSettings)) return nullptr;
     auto key = findName(machine_.settings, path, false);
-    if (key == machine_.settings.end()) key = machine_.settings.try_emplace(path).first;
+    if (key == machine_.settings.end()) {
+        for (std::size_t at = path.find(u'\\'); at != path.npos; at = path.find(u'\\', at + 1))
+            if (findName(machine_.settings, path.substr(0, at), false) == machine_.settings.end())
+                machine_.settings.try_emplace(path.substr(0, at));
+        key = machine_.settings.try_emplace(path).first;
+    }
     return std::make_unique<MemoryMachine::State::Key>(machine_, key->first);
 }
 
@@ -364,6 +369,11 @@ std::unique_ptr<XmlReader> MemoryPlatform::openXml(const std::u16string& path) c
 
 bool MemoryPlatform::appendLine(const std::u16string& path, std::string_view line) const {
     if (machine_.state_->fails(machine_, Step::AppendLine)) return false;
+    const std::size_t cut = path.rfind(machine_.separator);
+    if (cut != path.npos && cut != 0) { // a name right below the root needs no folder
+        const auto folder = findName(machine_.files, path.substr(0, cut), machine_.caseSensitive);
+        if (folder == machine_.files.end() || folder->second.has_value()) return false;
+    }
     auto& file = machine_.files.try_emplace(path, std::string()).first->second;
     if (!file.has_value()) return false;
     *file += std::string(line) + (machine_.separator == u'\\' ? "\r\n" : "\n");

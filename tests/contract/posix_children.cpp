@@ -1,0 +1,125 @@
+#include "tests/contract/posix_children.hpp"
+
+#include <cerrno>
+#include <csignal>
+#include <filesystem>
+#include <grp.h>
+#include <iterator>
+#include <stdexcept>
+#include <sys/ptrace.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace tallowmere::test {
+namespace {
+
+pid_t waitFor(pid_t id, int& status, int options) {
+    pid_t result = 0;
+    do result = ::waitpid(id, &status, options);
+    while (result < 0 && errno == EINTR);
+    return result;
+}
+
+[[noreturn]] void runTraced(const std::function<void()>& body) {
+    if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) ::_exit(99);
+    ::raise(SIGSTOP);
+    body();
+    ::_exit(0);
+}
+
+} // namespace
+
+void Child::Line::say(char word) const {
+    if (::write(out_, &word, 1) != 1) ::_exit(98);
+}
+
+void Child::Line::await() const {
+    char word = 0;
+    if (::read(in_, &word, 1) != 1) ::_exit(97);
+}
+
+Child::Child(const std::function<int(const Line&)>& body) {
+    int down[2];
+    int up[2];
+    if (::pipe(down) != 0 || ::pipe(up) != 0) throw std::runtime_error("pipe");
+    id_ = ::fork();
+    if (id_ == 0) {
+        ::close(down[1]);
+        ::close(up[0]);
+        ::_exit(body(Line(down[0], up[1])));
+    }
+    ::close(down[0]);
+    ::close(up[1]);
+    out_ = down[1];
+    in_ = up[0];
+}
+
+Child::~Child() {
+    kill();
+    ::close(in_);
+    ::close(out_);
+}
+
+char Child::hear() {
+    char word = 0;
+    return ::read(in_, &word, 1) == 1 ? word : '\0';
+}
+
+void Child::go() {
+    if (::write(out_, "g", 1) != 1) throw std::runtime_error("the child is gone");
+}
+
+void Child::stop() {
+    int status = 0;
+    ::kill(id_, SIGSTOP);
+    waitFor(id_, status, WUNTRACED);
+}
+
+void Child::carryOn() {
+    ::kill(id_, SIGCONT);
+}
+
+void Child::kill() {
+    if (id_ > 0) ::kill(id_, SIGKILL);
+    finish();
+}
+
+int Child::finish() {
+    if (id_ <= 0) return -1;
+    int status = 0;
+    waitFor(id_, status, 0);
+    id_ = -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+Stepped killAfterSystemCalls(int calls, const std::function<void()>& body, const std::function<void()>& whileStopped) {
+    const pid_t child = ::fork();
+    if (child == 0) runTraced(body);
+    int status = 0;
+    waitFor(child, status, 0);
+    if (!WIFSTOPPED(status)) return Stepped::Unavailable;
+    for (int i = 0; i < calls; ++i) {
+        ::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
+        waitFor(child, status, 0);
+        if (!WIFSTOPPED(status)) return Stepped::Ended;
+    }
+    whileStopped();
+    ::kill(child, SIGKILL);
+    waitFor(child, status, 0);
+    return Stepped::Stopped;
+}
+
+int runAs(uid_t user, const std::function<int()>& body) {
+    Child child([&](const Child::Line&) {
+        if (::setgroups(0, nullptr) != 0 || ::setgid(user) != 0 || ::setuid(user) != 0) return 96;
+        return body();
+    });
+    return child.finish();
+}
+
+int openFileCount() {
+    const std::filesystem::directory_iterator files("/proc/self/fd");
+    return static_cast<int>(std::distance(begin(files), end(files)));
+}
+
+} // namespace tallowmere::test

@@ -1,23 +1,19 @@
 // A spline against GSL's, and a calibrated write against its floor: the same write uncalibrated plus one spline.
 #include "calibration/calibration.hpp"
 #include "core/channels/area_defaults.hpp"
+#include "tests/support/counted_memory.hpp"
 
 #include <benchmark/benchmark.h>
 #include <gsl/gsl_spline.h>
 
 #include <algorithm>
 #include <array>
-#include <atomic>
-#include <cstdlib>
 #include <memory>
-#include <new>
 #include <random>
 
 using namespace tallowmere;
 
 namespace {
-
-std::atomic<std::int64_t> allocations{0};
 
 constexpr std::array<double, 7> kSpeeds{0, 5, 10, 15, 20, 25, 30};
 constexpr std::array<double, 7> kCorrections{0, -0.125, 0.3, 0.75, 0.1, -0.4, 0.2};
@@ -88,9 +84,9 @@ void writeSpeeds(benchmark::State& state, bool calibrated) {
     boat.calibrate(calibrated);
     const std::vector<double> places = placesOf(state.range(0) != 0);
     std::size_t k = 0;
-    const std::int64_t before = allocations;
+    const std::size_t before = test::allocationsMade();
     for (auto _ : state) boat.values.store(ZAN_BSP, Record::ofNumber(places[k++ % 1024]), 0, kNoTime);
-    state.counters["allocations"] = static_cast<double>(allocations - before);
+    state.counters["allocations"] = static_cast<double>(test::allocationsMade() - before);
 }
 
 void PlainWrite(benchmark::State& state) {
@@ -107,17 +103,5 @@ BENCHMARK(PlainWrite)->Arg(1)->Arg(0);
 BENCHMARK(CalibratedWrite)->Arg(1)->Arg(0);
 
 } // namespace
-
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* memory = std::malloc(size)) return memory;
-    throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 BENCHMARK_MAIN();

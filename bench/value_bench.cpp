@@ -1,9 +1,9 @@
 // Writes, reads and the opening of the section against their floors. Figures: docs/benchmarks.md.
-#include "bench/allocations.hpp"
 #include "bench/floor.hpp"
 #include "core/ccore.hpp"
 #include "core/channels/section_access.hpp"
 #include "platform/platform.hpp"
+#include "tests/support/counted_memory.hpp"
 
 #include <benchmark/benchmark.h>
 #include <tallowmere/tallowmere.h>
@@ -34,9 +34,9 @@ void FloorWrite(benchmark::State& state) {
 void SetZanVarDouble(benchmark::State& state) {
     useBoats(state.range(0));
     double speed = 6.4;
-    const std::int64_t before = bench::allocations();
+    const std::size_t before = test::allocationsMade();
     for (auto _ : state) SetZanVar(ZAN_BSP, speed += 1e-6, 0);
-    state.counters["allocations"] = static_cast<double>(bench::allocations() - before);
+    state.counters["allocations"] = static_cast<double>(test::allocationsMade() - before);
 }
 
 void FloorRead(benchmark::State& state) {
@@ -54,12 +54,12 @@ void GetZanVarDouble(benchmark::State& state) {
     SetZanVar(ZAN_BSP, 6.4, 0);
     double value = 0;
     std::uint16_t source = 0;
-    const std::int64_t before = bench::allocations();
+    const std::size_t before = test::allocationsMade();
     for (auto _ : state) {
         benchmark::DoNotOptimize(GetZanVar(ZAN_BSP, &value, 0, &source));
         benchmark::DoNotOptimize(value);
     }
-    state.counters["allocations"] = static_cast<double>(bench::allocations() - before);
+    state.counters["allocations"] = static_cast<double>(test::allocationsMade() - before);
 }
 
 void FloorOpen(benchmark::State& state) {

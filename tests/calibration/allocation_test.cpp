@@ -1,6 +1,6 @@
 // Writing a calibrated value takes no memory from the heap.
 #include "tests/calibration/calibration_fixture.hpp"
-#include "tests/calibration/counted_memory.hpp"
+#include "tests/support/counted_memory.hpp"
 
 namespace tallowmere::test {
 namespace {

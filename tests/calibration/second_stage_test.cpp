@@ -3,7 +3,7 @@
 #include "core/second_stage.hpp"
 #include "settings/reg_ex.hpp"
 #include "tests/calibration/calibration_fixture.hpp"
-#include "tests/calibration/counted_memory.hpp"
+#include "tests/support/counted_memory.hpp"
 
 #include <memory>
 #include <set>

@@ -1,35 +1,18 @@
 // The track store and the memory manager: what other programs see while memory is given back, and what
 // happens when there is none.
 #include "settings/track_settings.hpp"
+#include "tests/support/counted_memory.hpp"
 #include "tests/support/new_section.hpp"
 
-#include <cstdlib>
-#include <new>
-
+namespace tallowmere::test {
 namespace {
 
 const volatile std::uint8_t* watched = nullptr;
 int seen = -1;
-bool noMemory = false;
 
-} // namespace
-
-void* operator new(std::size_t size) {
-    if (void* memory = noMemory ? nullptr : std::malloc(size != 0 ? size : 1)) return memory;
-    throw std::bad_alloc();
+void look() {
+    seen = *watched;
 }
-
-void operator delete(void* memory) noexcept {
-    if (watched != nullptr && memory != nullptr) seen = *watched;
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept {
-    operator delete(memory);
-}
-
-namespace tallowmere::test {
-namespace {
 
 using TrackMemory = NewSection;
 
@@ -37,8 +20,9 @@ TEST_F(TrackMemory, FlagIsOneWhilePointsAreGivenBackAndZeroAfterwards) {
     TrackSettings tracks(platform);
     tracks.tracks[5].points.resize(10);
     watched = &area->trackReset;
+    watchReleases(look);
     resetBoatTrack(*area, tracks, 5);
-    watched = nullptr;
+    watchReleases(nullptr);
     EXPECT_EQ(seen, 1);
     EXPECT_EQ(area->trackReset, 0);
 }
@@ -46,9 +30,9 @@ TEST_F(TrackMemory, FlagIsOneWhilePointsAreGivenBackAndZeroAfterwards) {
 TEST_F(TrackMemory, DestructionWithoutMemorySavesNothingAndIsSilent) {
     auto tracks = std::make_unique<TrackSettings>(platform);
     tracks->tracks[5].points.resize(10);
-    noMemory = true;
+    failAllocation(1);
     tracks.reset();
-    noMemory = false;
+    failAllocation(0);
     EXPECT_TRUE(machine.settings.empty());
 }
 

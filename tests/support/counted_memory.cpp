@@ -1,4 +1,4 @@
-#include "tests/calibration/counted_memory.hpp"
+#include "tests/support/counted_memory.hpp"
 
 #include <cstdlib>
 #include <new>
@@ -7,6 +7,7 @@ namespace tallowmere::test {
 namespace {
 thread_local std::size_t made = 0;
 thread_local std::size_t failingOne = 0;
+thread_local void (*releaseWatcher)() = nullptr;
 } // namespace
 
 std::size_t allocationsMade() noexcept {
@@ -14,6 +15,9 @@ std::size_t allocationsMade() noexcept {
 }
 void failAllocation(std::size_t nth) noexcept {
     failingOne = nth == 0 ? 0 : made + nth;
+}
+void watchReleases(void (*watcher)()) noexcept {
+    releaseWatcher = watcher;
 }
 
 } // namespace tallowmere::test
@@ -27,10 +31,11 @@ void* operator new(std::size_t size) {
     throw std::bad_alloc();
 }
 void operator delete(void* memory) noexcept {
+    if (tallowmere::test::releaseWatcher != nullptr && memory != nullptr) tallowmere::test::releaseWatcher();
     std::free(memory);
 }
 void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
+    operator delete(memory);
 }
 void operator delete(void* memory, const std::nothrow_t&) noexcept {
     std::free(memory);

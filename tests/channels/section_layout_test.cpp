@@ -243,9 +243,28 @@ TEST(SectionLayout, DefaultsAreWrittenWhateverTheBytesWereBefore) {
     for (std::size_t channel = 0; channel < 414; ++channel) {
         EXPECT_EQ(raw.get<std::uint32_t>(place::settings(channel)), channel == 413 ? 0x01000000U : 0U) << channel;
         EXPECT_EQ(raw.get<std::uint8_t>(place::writeLockable(channel)), 0) << channel;
+        EXPECT_EQ(raw.get<std::uint16_t>(place::damping(channel)), 0) << channel;
+        EXPECT_EQ(raw.get<std::uint8_t>(59096 + 23184 + channel), 0) << channel;
+        EXPECT_EQ(raw.get<std::uint8_t>(59096 + 23598 + 16 * channel), 0) << channel;
         EXPECT_EQ(raw.get<char16_t>(place::longName(channel)), u'\0') << channel;
         EXPECT_EQ(raw.get<char16_t>(place::shortName(channel)), u'\0') << channel;
     }
+    for (std::size_t boat = 0; boat < 100; ++boat) {
+        EXPECT_EQ(raw.get<std::uint32_t>(place::boat(boat)), 32767U) << boat;
+        EXPECT_EQ(raw.get<std::uint8_t>(place::hasData(boat)), 0) << boat;
+        EXPECT_EQ(raw.get<char16_t>(place::boatName(boat)), u'\0') << boat;
+        EXPECT_EQ(raw.get<std::uint32_t>(place::mmsi(boat)), 0U) << boat;
+        EXPECT_EQ(raw.get<std::uint32_t>(place::colour(boat)), 0x90EE90U) << boat;
+    }
+    for (std::size_t event = 0; event < 64; ++event) {
+        EXPECT_EQ(raw.get<std::int64_t>(2040 + 48 * event + 8), INT64_MAX) << event;
+        EXPECT_EQ(raw.get<std::uint8_t>(2040 + 48 * event + 16), 0) << event;
+    }
+    for (std::size_t index = 0; index < 13; ++index)
+        EXPECT_EQ(raw.get<std::int32_t>(place::integer(index)), index == 6 ? 5 : index == 10 ? 60 : 0) << index;
+    for (std::size_t index = 8; index < 21; ++index) EXPECT_EQ(raw.get<std::uint8_t>(place::flag(index)), 0) << index;
+    EXPECT_EQ(raw.get<std::uint64_t>(place::variable(3)), 0U);
+    EXPECT_EQ(raw.get<std::uint8_t>(253329), 0U);
 }
 
 TEST(SectionLayout, PlacesOfValuesAgreeWithTheRecords) {

@@ -26,9 +26,14 @@ struct Ending {
     bool stuck = false; // see Source::isStuck
 };
 
-Ending failure(feed::Reporter& reporter, const std::string& why) {
+// As the other commands end.
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+constexpr int kNoSharedData = 3;
+
+Ending failure(feed::Reporter& reporter, int exitCode, const std::string& why) {
     reporter.line("tallowmere feed: " + why);
-    return {1};
+    return {exitCode};
 }
 
 Ending feedFrom(const Arguments& arguments) {
@@ -38,19 +43,21 @@ Ending feedFrom(const Arguments& arguments) {
     const std::atomic<bool>& stop = platform::stopRequested();
 
     feed::OpenedSource opened = feed::openSource(arguments.source, tell);
-    if (!opened.source) return failure(reporter, opened.error);
+    if (!opened.source) return failure(reporter, opened.badName ? kWrongUsage : kFailed, opened.error);
 
     feed::FeedHost host(platform::hostPlatform(), platform::makeHostWindow(), tell);
     if (!host.ready())
-        return failure(reporter, "the shared data can be neither made nor opened; the log of the data folder says "
-                                 "more. Is an older program running that holds it?");
+        return failure(reporter, kNoSharedData,
+                       "the shared data can be neither made nor opened; the log of the data folder says "
+                       "more. Is an older program running that holds it?");
 
     feed::Feed feed(host.sink());
     const bool complete =
         feed::runFeed(feed, *opened.source, {arguments.speed}, stop, reporter, [&host] { host.poll(); });
-    reporter.line(arguments.source + ":\n" + feed::summaryText(feed.counts(), arguments.source));
-    Ending ending{complete ? 0 : 1, opened.source->isStuck()};
-    if (!complete) reporter.line("tallowmere feed: " + arguments.source + ": " + opened.source->error());
+    const std::string name = arguments.source == "-" ? "standard input" : arguments.source;
+    reporter.line(name + ":\n" + feed::summaryText(feed.counts(), name));
+    Ending ending{complete ? 0 : kFailed, opened.source->isStuck()};
+    if (!complete) reporter.line("tallowmere feed: " + name + ": " + opened.source->error());
     return ending;
 }
 

@@ -47,6 +47,7 @@ class Source {
 struct OpenedSource {
     std::unique_ptr<Source> source; // null on failure
     std::string error;              // then: what went wrong, where, and what to do
+    bool badName = false;           // then: it is the name that is wrong, nothing was tried
 };
 
 /// name   a file, "-" for standard input, "udp:PORT" or "tcp:HOST:PORT" (HOST an IPv6 address in brackets)

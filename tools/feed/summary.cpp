@@ -111,7 +111,7 @@ void addValueCounts(Lines& lines, const FeedCounts& counts) {
 
 std::string grouped(std::uint64_t number) {
     std::string text = std::to_string(number);
-    for (std::size_t place = text.size(); place > 3; place -= 3) text.insert(place - 3, ",");
+    for (std::size_t place = text.size(); place > 3; place -= 3) text.insert(place - 3, 1, ',');
     return text;
 }
 

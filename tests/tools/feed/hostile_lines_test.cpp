@@ -52,7 +52,7 @@ const std::vector<std::string> kAbsurd = {"",
                                           "99999999999999999999",
                                           "-99999999999999999999",
                                           std::string(900, '9'),
-                                          "0." + std::string(800, '0') + "1",
+                                          std::string("0.").append(800, '0').append("1"),
                                           "1.2.3",
                                           "--1",
                                           "+5",
@@ -139,7 +139,7 @@ TEST_F(HostileLines, EverySentenceCutAnywhereIsSurvived) {
 
 TEST_F(HostileLines, MebibyteLineIsOneDamagedLine) {
     nmea::LineSplitter splitter;
-    const std::string bytes = "$IIMTW," + std::string(1 << 20, '1') + ",C*00\n$IIMTW,016.5,C*14\n";
+    const std::string bytes = std::string("$IIMTW,").append(1 << 20, '1').append(",C*00\n$IIMTW,016.5,C*14\n");
     std::string_view rest = bytes;
     while (const auto line = splitter.next(rest)) feed.take(*line);
     EXPECT_EQ(feed.counts().lines, 2U);
@@ -147,7 +147,7 @@ TEST_F(HostileLines, MebibyteLineIsOneDamagedLine) {
 }
 
 TEST_F(HostileLines, NamesOfUnknownSentencesDoNotGrowWithoutEnd) {
-    for (int index = 0; index < 10'000; ++index) feedBody("P" + std::to_string(index) + ",1");
+    for (int index = 0; index < 10'000; ++index) feedBody(std::string("P").append(std::to_string(index)).append(",1"));
     EXPECT_EQ(feed.counts().unknown.size(), FeedCounts::kNamesKept);
     EXPECT_EQ(feed.counts().otherUnknown, 10'000 - FeedCounts::kNamesKept);
 }

@@ -17,6 +17,7 @@ void ignore(std::string_view) {}
 std::string errorFor(const std::string& name) {
     const OpenedSource opened = openSource(name, ignore);
     EXPECT_EQ(opened.source, nullptr) << name;
+    EXPECT_EQ(opened.badName, name.starts_with("udp:") || name.starts_with("tcp:")) << name;
     return opened.error;
 }
 

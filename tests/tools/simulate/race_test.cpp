@@ -86,8 +86,8 @@ TEST_P(SeededRace, EveryBoatTacksAndRoundsBothMarks) {
     }
 }
 
-TEST_P(SeededRace, HoursLaterEverythingIsStillWithinReason) {
-    for (int second = 0; second < 3 * 3600; ++second) {
+TEST_P(SeededRace, AnHourLaterEverythingIsStillWithinReason) {
+    for (int second = 0; second < 3600; ++second) {
         race.step();
         for (std::size_t index = 0; index < race.boatCount(); ++index) {
             const Boat& boat = race.boat(index);

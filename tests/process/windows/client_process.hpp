@@ -48,7 +48,7 @@ class ClientProcess {
 
   private:
     [[nodiscard]] bool start(const ClientOptions& options);
-    void launch(const ClientOptions& options);
+    [[nodiscard]] bool launch(const ClientOptions& options);
     [[nodiscard]] bool readLine(std::string& line);
     void closePipes();
     void close();

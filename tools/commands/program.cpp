@@ -17,15 +17,20 @@
 namespace tallowmere::tools {
 namespace {
 
-constexpr char kFooter[] = R"(
-A CHANNEL is a number from 0 to 413 or a name such as BSP ("tallowmere list"); case does not matter. Values are
+constexpr char kFooter[] =
+    R"(A CHANNEL is a number from 0 to 413 or a name such as BSP ("tallowmere list"); case does not matter. Values are
 in base units: knots, nautical miles, metres, degrees. "-" means no value.
 
 Exit codes: 0 done; 1 not found (no such channel, no shared data) or a write was refused; 2 wrong usage;
 3 the shared data can't be made or the output can't be written.)";
 
-constexpr char kWatchFooter[] = R"(
-On a terminal the table is drawn anew in place. Otherwise there is one line for each channel at first, and
+constexpr char kSetFooter[] =
+    R"(Positions are in degrees, north and east positive; a moment is days since 1899-12-30 UTC, a time span days.
+A value outside the channel's plausible range clears it. What the own boat's satellite fix writes (Lat, Lon,
+COG, SOG, ...) needs a host that accepts it, such as "tallowmere feed".)";
+
+constexpr char kWatchFooter[] =
+    R"(On a terminal the table is drawn anew in place. Otherwise there is one line for each channel at first, and
 later one for each whose value has changed or become stale, checked each interval; its fields, separated by
 tabs: time of reading, channel, value, unit, age in seconds, "stale" or nothing.)";
 
@@ -35,9 +40,9 @@ template <class Options> std::shared_ptr<Options> keep() {
 }
 
 void addBoatOption(CLI::App& command, BoatIndex& boat) {
-    command.add_option("--boat", boat, "Boat number; 0 is the own boat")
-        ->check(CLI::Range(0, static_cast<int>(kBoatCount) - 1))
-        ->type_name("0..99")
+    command.add_option("--boat", boat, "Boat number, 0 to 99; 0 is the own boat")
+        ->check(CLI::Range(0, static_cast<int>(kBoatCount) - 1).description(""))
+        ->type_name("BOAT")
         ->capture_default_str();
 }
 
@@ -59,7 +64,7 @@ void addList(CLI::App& app, const CommandContext& context, int& exitCode) {
 void addGet(CLI::App& app, const CommandContext& context, int& exitCode) {
     CLI::App* const command = app.add_subcommand("get", "Show the values of channels, once");
     const auto options = keep<GetOptions>();
-    command->add_option("CHANNEL", options->channels, "Numbers or names")->required();
+    command->add_option("CHANNEL", options->channels, "Numbers or short names")->required();
     addBoatOption(*command, options->boat);
     command->callback([&context, &exitCode, options] { exitCode = runGet(context, *options); });
 }
@@ -67,26 +72,23 @@ void addGet(CLI::App& app, const CommandContext& context, int& exitCode) {
 void addSet(CLI::App& app, const CommandContext& context, int& exitCode) {
     CLI::App* const command = app.add_subcommand("set", "Write a value, and show what then stands there");
     const auto options = keep<SetOptions>();
-    command->add_option("CHANNEL", options->channel, "Number or name")->required();
-    command
-        ->add_option("VALUE", options->value,
-                     "A number in the base unit (positions: degrees, north and east positive; moments: days since "
-                     "1899-12-30 UTC; time spans: days), or none")
-        ->required();
+    command->add_option("CHANNEL", options->channel, "Number or short name")->required();
+    command->add_option("VALUE", options->value, "A number in the channel's base unit, or none")->required();
     addBoatOption(*command, options->boat);
+    command->footer(kSetFooter);
     command->callback([&context, &exitCode, options] { exitCode = runSet(context, *options); });
 }
 
 void addWatch(CLI::App& app, const CommandContext& context, int& exitCode) {
     CLI::App* const command = app.add_subcommand("watch", "Show the values of channels, live");
     const auto options = keep<WatchOptions>();
-    command->add_option("CHANNEL", options->channels, "Numbers or names; without any the usual sailing ones");
+    command->add_option("CHANNEL", options->channels, "Numbers or short names; without any the usual sailing ones");
     addBoatOption(*command, options->boat);
     command->add_option("--interval", options->intervalSeconds, "Seconds between rounds")
         ->type_name("SECONDS")
         ->capture_default_str();
     command->add_option("--count", options->count, "End after so many rounds; 0: go on")
-        ->check(CLI::NonNegativeNumber)
+        ->check(CLI::Validator(CLI::NonNegativeNumber).description(""))
         ->type_name("ROUNDS");
     command->footer(kWatchFooter);
     command->callback([&context, &exitCode, options] { exitCode = runWatch(context, *options); });
@@ -110,7 +112,6 @@ int runProgram(const CommandContext& context, const std::vector<std::string>& ar
     int exitCode = exit_code::kDone;
     CLI::App app("Live sailing data, shared by every program on the boat's PC.", "tallowmere");
     app.set_version_flag("--version", "tallowmere " TALLOWMERE_VERSION);
-    app.footer(kFooter);
     app.require_subcommand(1); // one only: what follows it may be a channel called "Set"
     addList(app, context, exitCode);
     addGet(app, context, exitCode);
@@ -119,6 +120,7 @@ int runProgram(const CommandContext& context, const std::vector<std::string>& ar
     addStatus(app, context, exitCode);
     addFeedCommand(app, exitCode);
     addSimulateCommand(app, exitCode);
+    app.footer(kFooter); // now, so that no command inherits it
 
     // The parser takes the arguments last first, without the program's name.
     std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());

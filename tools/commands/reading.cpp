@@ -71,10 +71,8 @@ std::optional<double> ageSeconds(std::int64_t stamp, std::int64_t now) noexcept 
 
 std::optional<std::int64_t> stampOf(const SharedArea* area, ChannelIndex channel, BoatIndex boat) noexcept {
     if (area == nullptr || channel >= kChannelCount || boat >= kBoatCount) return std::nullopt;
-    if (boat < kFullBoatCount) return readOnce(area->fullBlocks[boat].stamps[channel]);
-    const std::uint16_t slot = kCatalogue[channel].compactIndex;
-    if (slot >= kCompactSlotCount) return std::nullopt;
-    return readOnce(area->compactBlocks[boat - kFullBoatCount].stamps[slot]);
+    const auto slot = valueSlotOf(*area, channel, boat);
+    return slot ? std::optional(readOnce(*slot.stamp)) : std::nullopt;
 }
 
 Freshness freshnessOf(const ValueStore& values, ChannelIndex channel, BoatIndex boat, std::int64_t now) noexcept {
@@ -90,7 +88,6 @@ Reading readChannel(const ValueStore& values, ChannelIndex channel, BoatIndex bo
     const SharedArea* const area = values.area();
     Reading reading;
     reading.name = nameOf(area, channel);
-    reading.value = kNoValueText;
 
     const ChannelIndex source = isAlternating(channel) ? resolveAlternating(values, channel) : channel;
     if (source >= kChannelCount) return reading;

@@ -27,9 +27,9 @@ enum class Freshness { None, Live, Stale };
                                     std::int64_t now) noexcept;
 
 struct Reading {
-    std::string name;  // the channel's; an alternating one with what it stands for: "Alt 0 > BSP"
-    std::string value; // "-" for no value
-    std::string unit;  // empty where there is none or the value names it
+    std::string name;        // the channel's; an alternating one with what it stands for: "Alt 0 > BSP"
+    std::string value = "-"; // which means none
+    std::string unit;        // empty where there is none or the value names it
     std::optional<double> age;
     Freshness freshness = Freshness::None;
 };

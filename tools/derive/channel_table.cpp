@@ -35,7 +35,9 @@ Printed from `core/channels/catalogue.def` by the target `derive`; do not edit.
 std::string flagsOf(const Row& row) {
     std::string flags;
     const auto add = [&](bool set, const char* name) {
-        if (set) flags += (flags.empty() ? "" : " ") + std::string(name);
+        if (!set) return;
+        if (!flags.empty()) flags += ' ';
+        flags += name;
     };
     add(row.ownBoatProtected, "fix");
     add(row.dampable, "damp");
@@ -65,8 +67,12 @@ std::string lineOf(const Row& row) {
         flagsOf(row),
     };
     std::string line = "|";
-    for (const std::string& cell : cells) line += (cell.empty() ? "" : " " + cell) + " |";
-    return line + "\n";
+    for (const std::string& cell : cells) {
+        if (!cell.empty()) line += ' ';
+        line += cell;
+        line += " |";
+    }
+    return line + '\n';
 }
 
 } // namespace

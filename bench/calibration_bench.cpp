@@ -96,10 +96,26 @@ void CalibratedWrite(benchmark::State& state) {
     writeSpeeds(state, true);
 }
 
+/// The floor of a calibrated write: one evaluation and the write, uncalibrated, of what it gives.
+void SplineAndPlainWrite(benchmark::State& state) {
+    Boat boat;
+    boat.calibrate(false);
+    CurveRow row = sevenKnots();
+    const std::vector<double> places = placesOf(state.range(0) != 0);
+    std::size_t k = 0;
+    double correction = 0.0;
+    for (auto _ : state) {
+        const double speed = places[k++ % 1024];
+        EvalSpline(row, speed, correction);
+        boat.values.store(ZAN_BSP, Record::ofNumber(speed + correction), 0, kNoTime);
+    }
+}
+
 // The argument: 1 for steady places, 0 for places all over the curve.
 BENCHMARK(GslSpline)->Arg(1)->Arg(0);
 BENCHMARK(OwnSpline)->Arg(1)->Arg(0);
 BENCHMARK(PlainWrite)->Arg(1)->Arg(0);
+BENCHMARK(SplineAndPlainWrite)->Arg(1)->Arg(0);
 BENCHMARK(CalibratedWrite)->Arg(1)->Arg(0);
 
 } // namespace

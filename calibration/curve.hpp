@@ -34,6 +34,7 @@ struct CurveRow {
     double rowValue = NO_VALUE;   // the second input's value that the curve stands for
     std::uint8_t dirty = 0;       // 1: the knots have changed since the spline was built
     std::vector<CurveKnot> knots; // by x, ascending or descending
+    std::uint8_t ascending = 0;   // made by BuildSpline: 1: each position exceeds the one before
 };
 
 struct CalibrationTable {

@@ -112,8 +112,8 @@ TALLOWMERE_API uint8_t GetZanVar(uint16_t channel, double* value, uint16_t boat,
  *
  * Returns true when the record holds a value.
  */
-TALLOWMERE_API uint8_t GetZanVar2(uint16_t channel, ChannelValue* record, uint16_t boat, uint16_t* source)
-    TALLOWMERE_NOEXCEPT;
+TALLOWMERE_API uint8_t GetZanVar2(uint16_t channel, ChannelValue* record, uint16_t boat,
+                                  uint16_t* source) TALLOWMERE_NOEXCEPT;
 
 /*
  * Gets a channel's short name: the one set for it (user channels) or the catalogue's. Alternating

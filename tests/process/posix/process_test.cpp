@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <thread>
 #include <vector>
 
@@ -137,7 +138,29 @@ TEST_F(Processes, AManOverboardCallReachesTheHostsWindow) {
     EXPECT_EQ(host.area()->mob.longitude, -1.25);
 }
 
+/// Without a section the log goes to the root folder, which only root may write. Gone again afterwards.
+class RootLog {
+  public:
+    RootLog() : before_(logs()) {}
+    ~RootLog() {
+        for (const fs::path& log : logs())
+            if (!before_.contains(log)) fs::remove(log);
+    }
+    RootLog(const RootLog&) = delete;
+    RootLog& operator=(const RootLog&) = delete;
+
+  private:
+    static std::set<fs::path> logs() {
+        std::set<fs::path> found;
+        for (const auto& entry : fs::directory_iterator("/"))
+            if (entry.path().filename().string().starts_with("log_system_")) found.insert(entry.path());
+        return found;
+    }
+    std::set<fs::path> before_;
+};
+
 TEST_F(Processes, AnObjectOfAnotherKindUnderTheSectionsNameLeavesClientsWithoutData) {
+    const RootLog log;
     fs::create_directory(folder_ / "ZanCore_363_253336");
     ClientProcess client;
     EXPECT_EQ(client.ask("set 1 6.4 0"), "0");

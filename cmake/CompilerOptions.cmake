@@ -30,6 +30,10 @@ else()
         # g++ would pack the two words of a value record into one wide register, by way of the stack.
         -fno-tree-slp-vectorize)
     target_link_options(tallowmere_options INTERFACE -Wl,--gc-sections)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+        # Its optimiser takes "literal" + std::string() for overlapping copies.
+        target_compile_options(tallowmere_options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
+    endif()
 endif()
 if(WIN32)
     # Windows 10 and later: the precise clock, wide-character interfaces.

@@ -30,7 +30,7 @@ if(TOOLCHAIN)
 endif()
 
 run(${CMAKE_COMMAND} -S ${SOURCE_DIR}/client -B ${WORK_DIR}/find_package -G Ninja ${toolchain}
-    -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_FIND_ROOT_PATH=${prefix} -DCMAKE_C_FLAGS=${SANITIZE})
+    -DCMAKE_PREFIX_PATH=${prefix} -DCMAKE_C_FLAGS=${SANITIZE})
 run(${CMAKE_COMMAND} --build ${WORK_DIR}/find_package)
 run(${EMULATOR} ${WORK_DIR}/find_package/client${suffix})
 

@@ -123,6 +123,11 @@ class XmlReader {
     /// Moves to the next start tag (or empty-element tag), in document order. False at the end of the
     /// document and from the first place on where it is malformed.
     [[nodiscard]] virtual bool next(XmlElement& element) = 0;
+    /// The line, counted from 1, of the element that `next` gave last, or of the place where it ended. 0 when
+    /// it can't be told.
+    [[nodiscard]] virtual std::size_t line() const noexcept = 0;
+    /// True once `next` has ended at a place where the document is malformed.
+    [[nodiscard]] virtual bool malformed() const noexcept = 0;
 
   protected:
     XmlReader() = default;

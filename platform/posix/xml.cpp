@@ -39,13 +39,19 @@ class ExpatReader final : public XmlReader {
             const XML_Status status = paused_ ? resume() : parsePiece();
             if (outOfMemory_) throw std::bad_alloc();
             paused_ = status == XML_STATUS_SUSPENDED;
-            ended_ = status == XML_STATUS_ERROR || (status == XML_STATUS_OK && lastPiece_);
+            malformed_ = status == XML_STATUS_ERROR;
+            ended_ = malformed_ || (status == XML_STATUS_OK && lastPiece_);
             if (!paused_) continue;
             element = std::move(element_);
             return true;
         }
         return false;
     }
+
+    [[nodiscard]] std::size_t line() const noexcept override {
+        return ended_ ? ::XML_GetCurrentLineNumber(parser_.get()) : line_;
+    }
+    [[nodiscard]] bool malformed() const noexcept override { return malformed_; }
 
   private:
     XML_Status resume() noexcept { return ::XML_ResumeParser(parser_.get()); }
@@ -70,6 +76,7 @@ class ExpatReader final : public XmlReader {
     /// Exceptions must not pass through the parser.
     void start(const XML_Char* name, const XML_Char** attributes) noexcept {
         if (++level_ > kDeepestLevel) return stop();
+        line_ = ::XML_GetCurrentLineNumber(parser_.get()); // once paused the parser stands behind the tag
         try {
             element_.name = localName(name);
             element_.attributes.clear();
@@ -95,12 +102,14 @@ class ExpatReader final : public XmlReader {
     Descriptor file_;
     Parser parser_;
     XmlElement element_;
+    std::size_t line_ = 0;
     XML_Index position_ = 0;
     int pieceBytes_ = kPieceBytes;
     int level_ = 0;
     bool paused_ = false;
     bool lastPiece_ = false;
     bool ended_ = false;
+    bool malformed_ = false;
     bool outOfMemory_ = false;
 };
 

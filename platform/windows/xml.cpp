@@ -19,18 +19,28 @@ class ElementReader final : public XmlReader {
 
     [[nodiscard]] bool next(XmlElement& element) override {
         XmlNodeType type = XmlNodeType_None;
-        while (!ended_ && nodes_->Read(&type) == S_OK) {
+        while (!ended_) {
+            const HRESULT read = nodes_->Read(&type);
+            malformed_ = FAILED(read);
+            ended_ = read != S_OK;
+            if (ended_) break;
             if (type == XmlNodeType_EndElement) --level_;
             if (type == XmlNodeType_Element) return enter(element);
         }
-        ended_ = true;
         return false;
     }
+
+    [[nodiscard]] std::size_t line() const noexcept override {
+        UINT line = 0;
+        return FAILED(nodes_->GetLineNumber(&line)) ? 0 : line;
+    }
+    [[nodiscard]] bool malformed() const noexcept override { return malformed_; }
 
   private:
     bool enter(XmlElement& element) {
         const bool hasEndTag = nodes_->IsEmptyElement() == FALSE; // asked before the attributes are visited
         ended_ = level_ == kDeepestLevel || !readName(element.name);
+        malformed_ = ended_;
         if (ended_) return false;
         if (hasEndTag) ++level_;
         readAttributes(element.attributes);
@@ -67,6 +77,7 @@ class ElementReader final : public XmlReader {
     UniqueCom<IXmlReader> nodes_; // released before its stream
     int level_ = 0;               // elements whose end tag is still to come
     bool ended_ = false;
+    bool malformed_ = false;
 };
 
 /// Looks first: the stream would take a device for a file.

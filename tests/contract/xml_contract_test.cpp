@@ -57,6 +57,33 @@ TEST_P(XmlContract, AttributesComeInDocumentOrderWithTheirCase) {
               u"Boats() BOAT(Id=3,name=Falcon,r=255,G= 1 )");
 }
 
+TEST_P(XmlContract, EachElementTellsItsLine) {
+    fixture->putFile(inFolder(u"document.xml"),
+                     "<?xml version='1.0'?>\n<a>\r\n\n <b x='1'\n y='2'/><c/>\n<d></d></a>\n");
+    const auto reader = platform.openXml(inFolder(u"document.xml"));
+    ASSERT_NE(reader, nullptr);
+    platform::XmlElement element;
+    for (const std::size_t line : {2U, 4U, 5U, 6U}) {
+        ASSERT_TRUE(reader->next(element));
+        EXPECT_EQ(reader->line(), line);
+    }
+    EXPECT_FALSE(reader->next(element));
+    EXPECT_FALSE(reader->malformed());
+}
+
+TEST_P(XmlContract, AMalformedDocumentTellsWhere) {
+    fixture->putFile(inFolder(u"document.xml"), "<a>\n<b/>\n<c x=1/>\n</a>\n");
+    const auto reader = platform.openXml(inFolder(u"document.xml"));
+    ASSERT_NE(reader, nullptr);
+    platform::XmlElement element;
+    ASSERT_TRUE(reader->next(element));
+    EXPECT_FALSE(reader->malformed());
+    ASSERT_TRUE(reader->next(element));
+    EXPECT_FALSE(reader->next(element));
+    EXPECT_TRUE(reader->malformed());
+    EXPECT_EQ(reader->line(), 3U);
+}
+
 TEST_P(XmlContract, AnEmptyAttributeIsThereAndEmpty) {
     EXPECT_EQ(elementsOf(R"(<a x="" y="1"/>)"), u"a(x=,y=1)");
 }

@@ -179,6 +179,8 @@ class MemoryMachine::State::Xml final : public XmlReader {
         if (machine_.state_->fails(machine_, Step::NextElement)) return false;
         return reader_ != nullptr && reader_->next(element);
     }
+    [[nodiscard]] std::size_t line() const noexcept override { return reader_ != nullptr ? reader_->line() : 0; }
+    [[nodiscard]] bool malformed() const noexcept override { return reader_ != nullptr && reader_->malformed(); }
 
   private:
     MemoryMachine& machine_;

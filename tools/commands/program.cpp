@@ -1,6 +1,7 @@
 // The only file of this folder that sees the argument library, which takes long to compile.
 #include "tools/commands/program.hpp"
 
+#include "tools/calibration/calibration_command.hpp"
 #include "tools/commands/get.hpp"
 #include "tools/commands/list.hpp"
 #include "tools/commands/set.hpp"
@@ -118,6 +119,7 @@ int runProgram(const CommandContext& context, const std::vector<std::string>& ar
     addSet(app, context, exitCode);
     addWatch(app, context, exitCode);
     addStatus(app, context, exitCode);
+    addCalibrationCommands(app, context, exitCode);
     addFeedCommand(app, exitCode);
     addSimulateCommand(app, exitCode);
     app.footer(kFooter); // now, so that no command inherits it

@@ -1,0 +1,258 @@
+#include "tools/calibration/check_calibration_file.hpp"
+
+#include "calibration/curve.hpp"
+#include "calibration/decimal_number.hpp"
+#include "calibration/item_table.hpp"
+#include "core/config/text_lines.hpp"
+#include "tools/calibration/item_text.hpp"
+#include "tools/calibration/strict_number.hpp"
+
+#include <algorithm>
+#include <limits>
+#include <string_view>
+#include <vector>
+
+namespace tallowmere::tools {
+namespace {
+
+constexpr std::string_view kSeparators = " ,\t";
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+constexpr char kGap[] = "the curve has no value there and is not drawn through it";
+
+std::vector<std::string_view> fieldsOf(std::string_view line) {
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    std::vector<std::string_view> fields;
+    while (true) {
+        line.remove_prefix(std::min(line.find_first_not_of(kSeparators), line.size()));
+        if (line.empty()) return fields;
+        fields.push_back(line.substr(0, line.find_first_of(kSeparators)));
+        line.remove_prefix(fields.back().size());
+    }
+}
+
+/// The numbers of a line, as the library takes them.
+std::vector<double> numbersOf(const std::vector<std::string_view>& fields) {
+    std::vector<double> numbers;
+    for (const std::string_view field : fields) {
+        const auto number = leadingDecimal(field);
+        if (!number) break;
+        numbers.push_back(*number);
+    }
+    return numbers;
+}
+
+std::size_t ascendingCount(const std::vector<double>& numbers) {
+    double previous = std::numeric_limits<double>::lowest();
+    for (std::size_t k = 0; k < numbers.size(); ++k) {
+        if (!(numbers[k] > previous)) return k;
+        previous = numbers[k];
+    }
+    return numbers.size();
+}
+
+bool isOdd(std::size_t count) noexcept {
+    return count % 2 != 0;
+}
+
+class FileChecker {
+  public:
+    FileChecker(const std::u16string& path, std::optional<std::size_t> item, Findings& findings)
+        : path_(path), item_(item), findings_(findings) {}
+
+    void line(std::string_view text) {
+        ++line_;
+        if (line_ == 1 && hiddenByMark(text)) return;
+        if (text.size() >= kLongestLine) report("the line is longer than 65536 bytes", "what lies beyond is ignored");
+        const std::vector<std::string_view> fields = fieldsOf(text);
+        if (fields.empty()) return;
+        const std::vector<double> numbers = numbersOf(fields);
+        if (numbers.empty()) return checkHeading(fields);
+        checkFields(fields, numbers.size());
+        if (!started_)
+            first(numbers);
+        else
+            row(numbers);
+    }
+
+    void finish() {
+        if (utf16_) return;
+        if (!started_) return report0("has no line that begins with a number", empty());
+        checkLayout();
+        if (rows_.empty())
+            report0(columnLayout_ ? "has a header and no row below it" : "has no row with a value", empty());
+        if (rowCount_ > kMostRows) report0("has " + std::to_string(rowCount_) + " rows", "the first 256 are read");
+        if (item_ && rows_.size() > 1 && kCalibrationItems[*item_].rowInput == kNone16)
+            report0("has several rows, and its item no row input", "the first row alone counts");
+    }
+
+  private:
+    struct Row {
+        double value;
+        std::size_t line;
+    };
+    /// The counts of numbers in the data lines after the first.
+    struct Counts {
+        std::size_t least = std::numeric_limits<std::size_t>::max();
+        std::size_t most = 0;
+
+        void add(std::size_t count) noexcept {
+            least = std::min(least, count);
+            most = std::max(most, count);
+        }
+        [[nodiscard]] bool are(std::size_t count) const noexcept { return least == count && most == count; }
+    };
+
+    void report(std::string what, std::string effect) { reportAt(line_, std::move(what), std::move(effect)); }
+    void report0(std::string what, std::string effect) { reportAt(0, std::move(what), std::move(effect)); }
+    void reportAt(std::size_t line, std::string what, std::string effect) {
+        findings_.add(path_, line, std::move(what), std::move(effect));
+    }
+    static std::string empty() { return "the table is empty and gives no correction"; }
+
+    /// A byte order mark makes the first field no number.
+    bool hiddenByMark(std::string_view text) {
+        if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
+            report("the file is UTF-16 text", "its lines are no numbers to the reader");
+            utf16_ = true;
+            return true;
+        }
+        if (!text.starts_with(kUtf8Mark)) return false;
+        if (const auto fields = fieldsOf(text.substr(kUtf8Mark.size())); fields.empty() || numbersOf(fields).empty())
+            return true;
+        report("a byte order mark stands before the first number", "the line is passed over");
+        return true;
+    }
+
+    /// A line that is passed over, where that can hardly be meant.
+    void checkHeading(const std::vector<std::string_view>& fields) {
+        const std::string_view field = fields.front();
+        if (std::string_view("+-.0123456789").find(field.front()) != std::string_view::npos &&
+            field.find_first_of("0123456789") != std::string_view::npos)
+            return report("its first field " + quoted(field) + " is not read as a number", "the line is passed over");
+        if (std::string_view("!#%;:/*'\"-=").find(field.front()) != std::string_view::npos || fields.size() < 3) return;
+        for (const std::string_view other : std::vector(fields.begin() + 1, fields.end()))
+            if (!isDecimalNumber(other)) return;
+        report("its first field " + quoted(field) + " is no number, though numbers follow", "the line is passed over");
+    }
+
+    void checkFields(const std::vector<std::string_view>& fields, std::size_t numbers) {
+        for (std::size_t k = 0; k < numbers; ++k)
+            if (!isDecimalNumber(fields[k]))
+                report("field " + std::to_string(k + 1) + " " + quoted(fields[k]) + " has text after its number",
+                       "it is read as " + numberOf(*leadingDecimal(fields[k])));
+        if (numbers < fields.size())
+            report("field " + std::to_string(numbers + 1) + " " + quoted(fields[numbers]) + " is no number",
+                   "the line ends before it");
+    }
+
+    static std::string numberOf(double value) { return value == NO_VALUE ? "32767" : numberText(value); }
+
+    void first(const std::vector<double>& numbers) {
+        started_ = true;
+        firstLine_ = line_;
+        firstNumbers_ = numbers;
+        columnLayout_ = ascendingCount(numbers) == numbers.size();
+        if (!columnLayout_) return row(numbers);
+        columns_ = numbers.size();
+        if (columns_ > kMostKnots) report("has more than 512 columns", "those beyond have no position");
+        for (const double position : numbers)
+            if (position == NO_VALUE) report("column position 32767 means no value", "the column can't be relied on");
+    }
+
+    void row(const std::vector<double>& numbers) {
+        if (columnLayout_)
+            checkColumnRow(numbers);
+        else
+            checkPairRow(numbers);
+        if (columnLayout_ || line_ != firstLine_) otherCounts_.add(numbers.size());
+        if (numbers.size() < (columnLayout_ ? 2U : 3U) || ++rowCount_ > kMostRows) return;
+        checkRowValue(numbers.front());
+        rows_.push_back({numbers.front(), line_});
+    }
+
+    void checkColumnRow(const std::vector<double>& numbers) {
+        const std::size_t values = numbers.size() - 1;
+        const std::string counts = "has " + std::to_string(values) + (values == 1 ? " value for " : " values for ") +
+                                   std::to_string(columns_) + (columns_ == 1 ? " column" : " columns");
+        if (values == 0) return report("has a row value and nothing else", "the row is dropped");
+        if (values < columns_) report(counts, "the row ends after its last value");
+        if (values > columns_) report(counts, "the values beyond lie at position 32767");
+        for (std::size_t k = 1; k < numbers.size(); ++k)
+            if (numbers[k] == NO_VALUE) report("value " + std::to_string(k) + " is 32767, which means none", kGap);
+    }
+
+    void checkPairRow(const std::vector<double>& numbers) {
+        if (numbers.size() == 1) return report("has a row value and nothing else", "the row is dropped");
+        if (!isOdd(numbers.size()))
+            report("ends with position " + numberOf(numbers.back()) + " without a value", "the position is dropped");
+        const std::size_t knots = (numbers.size() - 1) / 2;
+        if (knots > kMostKnots) report("has more than 512 knots", "those beyond are dropped");
+        const bool ascending = knots < 2 || numbers[2 * knots - 1] > numbers[1];
+        for (std::size_t k = 0; k < knots; ++k) {
+            const double x = numbers[2 * k + 1];
+            if (x == NO_VALUE || numbers[2 * k + 2] == NO_VALUE)
+                report("pair " + std::to_string(k + 1) + " has 32767, which means no value", kGap);
+            if (k == 0) continue;
+            const double before = numbers[2 * k - 1];
+            if (x == before)
+                report("position " + numberOf(x) + " stands there twice", "the curve has a jump or a gap there");
+            else if ((x > before) != ascending)
+                report("position " + numberOf(x) + " after " + numberOf(before) + " is out of order",
+                       "they are not sorted, and the curve there is of no use");
+        }
+    }
+
+    void checkRowValue(double value) {
+        if (value == NO_VALUE) report("its row value is 32767, which means none", "the row is found by no reading");
+        for (const Row& other : rows_)
+            if (other.value == value)
+                return report("row " + numberOf(value) + " was there already on line " + std::to_string(other.line),
+                              "both stay, and which counts depends on the rows around them");
+        if (!rows_.empty() && value < rows_.back().value)
+            report("row " + numberOf(value) + " comes after row " + numberOf(rows_.back().value),
+                   "the rows are sorted");
+    }
+
+    void checkLayout() {
+        const std::size_t count = firstNumbers_.size();
+        if (columnLayout_ && count >= 3 && isOdd(count) && otherCounts_.are(count))
+            reportAt(firstLine_, "its numbers ascend, though the lines below look like pairs with as many fields",
+                     "it is taken for the header of columns");
+        if (columnLayout_ || count < 2 || !otherCounts_.are(count + 1)) return;
+        const std::size_t k = ascendingCount(firstNumbers_);
+        reportAt(firstLine_,
+                 "looks like a header, but " + numberOf(firstNumbers_[k]) + " does not exceed " +
+                     numberOf(k == 0 ? firstNumbers_[0] : firstNumbers_[k - 1]),
+                 "all lines are read as a row value and pairs of position and value");
+    }
+
+    const std::u16string& path_;
+    std::optional<std::size_t> item_;
+    Findings& findings_;
+    std::size_t line_ = 0;
+    bool utf16_ = false;
+    bool started_ = false; // the first data line has been seen
+    bool columnLayout_ = false;
+    std::size_t columns_ = 0;
+    std::size_t firstLine_ = 0;
+    std::vector<double> firstNumbers_;
+    Counts otherCounts_;
+    std::vector<Row> rows_; // as many as the library reads
+    std::size_t rowCount_ = 0;
+};
+
+} // namespace
+
+void checkCalibrationFile(const platform::Platform& platform, const std::u16string& path,
+                          std::optional<std::size_t> item, Findings& findings) {
+    const auto file = platform.openFile(path);
+    if (file == nullptr) {
+        findings.add(path, 0, "can't be opened for reading", "the table is empty and gives no correction");
+        return;
+    }
+    FileChecker checker(path, item, findings);
+    forEachLine(*file, [&](std::string_view text) { checker.line(text); });
+    checker.finish();
+}
+
+} // namespace tallowmere::tools

@@ -19,6 +19,7 @@ struct Arguments {
     std::string source;
     double speed = 1.0;
     bool quiet = false;
+    bool raw = false;
 };
 
 struct Ending {
@@ -45,7 +46,8 @@ Ending feedFrom(const Arguments& arguments) {
     feed::OpenedSource opened = feed::openSource(arguments.source, tell);
     if (!opened.source) return failure(reporter, opened.badName ? kWrongUsage : kFailed, opened.error);
 
-    feed::FeedHost host(platform::hostPlatform(), platform::makeHostWindow(), tell);
+    feed::FeedHost host(platform::hostPlatform(), platform::makeHostWindow(), tell,
+                        arguments.raw ? feed::FeedHost::Values::Raw : feed::FeedHost::Values::Calibrated);
     if (!host.ready())
         return failure(reporter, kNoSharedData,
                        "the shared data can be neither made nor opened; the log of the data folder says "
@@ -73,6 +75,7 @@ void addFeedCommand(CLI::App& app, int& exitCode) {
         ->check(CLI::Range(0.0, 1e6))
         ->capture_default_str();
     command->add_flag("-q,--quiet", arguments->quiet, "show no progress");
+    command->add_flag("--raw", arguments->raw, "store values as they come, not through the calibration");
     command->callback([arguments, &exitCode] {
         const Ending ending = feedFrom(*arguments);
         exitCode = ending.exitCode;

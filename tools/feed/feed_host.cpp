@@ -11,8 +11,6 @@
 namespace tallowmere::feed {
 namespace {
 
-/// The second start-up stage belongs to calibration, which this host does not use yet.
-constexpr bool kRunSecondStage = false;
 /// The value of the fix mode that lets clients write the own boat's satellite-fix channels.
 constexpr std::int32_t kHostAcceptsFixes = 3;
 
@@ -26,8 +24,10 @@ std::string angleText(double degrees, char positive, char negative) {
 
 } // namespace
 
-FeedHost::FeedHost(platform::Platform& platform, std::unique_ptr<platform::HostWindow> window, Report report)
-    : core_(platform, kRunSecondStage), sink_(core_.values()), window_(std::move(window)), report_(std::move(report)) {
+FeedHost::FeedHost(platform::Platform& platform, std::unique_ptr<platform::HostWindow> window, Report report,
+                   Values values)
+    : core_(platform, values == Values::Calibrated), sink_(core_.values()), window_(std::move(window)),
+      report_(std::move(report)) {
     if (!ready()) return;
     core_.system().setInteger(system_integer::kFixMode, kHostAcceptsFixes);
     if (window_) writeOnce(core_.area()->hostWindow, window_->handle());

@@ -14,11 +14,15 @@ namespace tallowmere::feed {
 class FeedHost {
   public:
     using Report = std::function<void(std::string_view)>;
+    /// Whether values pass through the user's calibration on their way into the section.
+    enum class Values { Calibrated, Raw };
 
     /// Attaches to the shared section and makes this program the host in it.
     /// window   may be null: then man-overboard calls don't reach this program
     /// report   gets a line for each man-overboard call; runs inside poll()
-    FeedHost(platform::Platform& platform, std::unique_ptr<platform::HostWindow> window, Report report);
+    /// values   Calibrated also runs the second start-up stage, as every host with a calibration does
+    FeedHost(platform::Platform& platform, std::unique_ptr<platform::HostWindow> window, Report report,
+             Values values = Values::Calibrated);
     /// Takes the window out of the section again, unless another host has put its own there meanwhile.
     ~FeedHost();
     FeedHost(const FeedHost&) = delete;

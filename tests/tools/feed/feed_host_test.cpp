@@ -1,5 +1,7 @@
 #include "core/channels/mob_mark.hpp"
+#include "settings/reg_ex.hpp"
 #include "tests/support/memory_platform.hpp"
+#include "tools/feed/feed.hpp"
 #include "tools/feed/feed_host.hpp"
 
 #include <gmock/gmock.h>
@@ -78,6 +80,33 @@ TEST_F(Host, UnknownPositionIsSaid) {
         host->poll();
         EXPECT_THAT(told, ElementsAre("MAN OVERBOARD, position not known"));
     }
+}
+
+class CalibratedHost : public Host {
+  protected:
+    /// The wind angle that a feed leaves in the section for an apparent wind of 30 degrees and 10 knots.
+    double fedWindAngle(FeedHost::Values values) {
+        FeedHost host(
+            platform, nullptr, [](std::string_view) {}, values);
+        Feed feed(host.sink());
+        feed.take({"$WIMWV,30.0,R,10.0,N,A*21"});
+        const ValueStore& store = host.core().values();
+        return store.recordAsDouble(ZAN_AWA, store.fetch(ZAN_AWA, 0).record).value;
+    }
+    void calibrateWindAngle() {
+        machine.addFile(u"C:\\ProgramData\\Tallowmere\\calibration\\ZAN_CAL_Awa.txt", "90\n0 2\n");
+        machine.addDword(kCalibrationKey, u"CalUse_5", 1);
+    }
+};
+
+TEST_F(CalibratedHost, AFedValueIsStoredCorrected) {
+    calibrateWindAngle();
+    EXPECT_EQ(fedWindAngle(FeedHost::Values::Calibrated), 32.0);
+}
+
+TEST_F(CalibratedHost, ARawFeedStoresItAsItCame) {
+    calibrateWindAngle();
+    EXPECT_EQ(fedWindAngle(FeedHost::Values::Raw), 30.0);
 }
 
 TEST_F(Host, OtherMessagesAreIgnored) {

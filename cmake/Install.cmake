@@ -1,5 +1,6 @@
-# What a client gets: the shared library with its public headers, find_package(tallowmere) and pkg-config;
-# for host programs the static core with its headers; the command-line program; the documents.
+# What a client gets: the shared library with its public headers, find_package(tallowmere) and pkg-config; the
+# command-line program; the documents. Host programs take the static core from the source tree
+# (add_subdirectory): its headers are no stable interface.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS tallowmere EXPORT tallowmere

@@ -112,6 +112,9 @@ struct XmlElement {
     std::vector<XmlAttribute> attributes; // in document order, without those from a schema default
 };
 
+/// Documents above this size count as absent: somebody waits for the program to start.
+inline constexpr std::int64_t kLargestDocument = std::int64_t{16} << 20; // bytes
+
 /// A forward reader of an XML document's elements. Document types are refused; a document of more than
 /// 256 levels is malformed.
 class XmlReader {
@@ -190,7 +193,7 @@ class Platform {
     /// Opens a file for reading. Null when that fails or it is not a regular file.
     [[nodiscard]] virtual std::unique_ptr<FileReader> openFile(const std::u16string& path) const = 0;
     /// Opens a document for reading, denying other writers where the system can. Null when the path names
-    /// no regular file or opening fails.
+    /// no regular file, it is larger than kLargestDocument, or opening fails.
     [[nodiscard]] virtual std::unique_ptr<XmlReader> openXml(const std::u16string& path) const = 0;
     /// Appends a line to a text file that others may read and write at the same time, making the file
     /// where missing: the text and the platform's line end in one write. False when it can't be opened.

@@ -15,13 +15,19 @@ namespace tallowmere {
 /// How much of a line is kept; what lies beyond is ignored.
 inline constexpr std::size_t kLongestLine = 64 * 1024; // bytes
 
-/// Calls `handle(std::string_view)` for each line of the file, without its line feed. A carriage return is a
+/// How much of a file is read at all: somebody waits for the program to start.
+inline constexpr std::size_t kLargestText = 16 * 1024 * 1024; // bytes
+
+/// Calls `handle(std::string_view)` for each line of the file, without its line feed; what lies beyond
+/// kLargestText is ignored. A carriage return is a
 /// byte like any other, and so are NUL and control-Z. The last line may lack its line feed.
 template <class Handler> void forEachLine(platform::FileReader& file, Handler&& handle) {
     std::array<char, 4096> chunk;
     std::string line;
     bool pending = false; // the line has begun
-    while (const std::size_t count = file.read(chunk)) {
+    std::size_t total = 0;
+    while (const std::size_t count = total < kLargestText ? file.read(chunk) : 0) {
+        total += count;
         std::string_view rest(chunk.data(), std::min(count, chunk.size()));
         while (!rest.empty()) {
             const std::size_t end = std::min(rest.find('\n'), rest.size());

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cerrno>
+#include <fcntl.h>
 #include <unistd.h>
 #include <utility>
 
@@ -12,7 +13,7 @@ namespace tallowmere::platform::posix {
 class Descriptor {
   public:
     Descriptor() noexcept = default;
-    explicit Descriptor(int number) noexcept : number_(number) {}
+    explicit Descriptor(int number) noexcept : number_(offStandardStreams(number)) {}
     ~Descriptor() { reset(); }
     Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
     Descriptor& operator=(Descriptor&& other) noexcept {
@@ -33,6 +34,17 @@ class Descriptor {
     }
 
   private:
+    /// In a program started without standard streams a file opened here could become one of them, and what the
+    /// program prints would land in it: in the shared section, for one. So such a number is changed.
+    static int offStandardStreams(int number) noexcept {
+        if (number < 0 || number > STDERR_FILENO) return number;
+        const int moved = ::fcntl(number, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+        const int error = errno;
+        ::close(number);
+        errno = error;
+        return moved;
+    }
+
     int number_ = -1;
 };
 

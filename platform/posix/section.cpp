@@ -18,6 +18,7 @@
 
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace tallowmere::platform::posix {
@@ -96,6 +97,12 @@ Hold judge(int file, std::size_t bytes, off_t& size) noexcept {
     return size == static_cast<off_t>(bytes) ? Hold::Opened : Hold::Misfits;
 }
 
+/// Asked first, because to go beyond the limit is a signal that ends the program.
+bool isWithinFileLimit(std::size_t bytes) noexcept {
+    struct rlimit limit {};
+    return ::getrlimit(RLIMIT_FSIZE, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY || limit.rlim_cur >= bytes;
+}
+
 /// Space is taken now, so that a full file system is an error here and not a fault at some later access.
 bool allocate(int file, std::size_t bytes) noexcept {
     const auto size = static_cast<off_t>(bytes);
@@ -111,8 +118,8 @@ Hold make(int file, std::size_t bytes) noexcept {
     off_t size = 0;
     const Hold judged = judge(file, bytes, size);
     if (judged == Hold::None || judged == Hold::Later) return judged;
-    const bool made = ::ftruncate(file, 0) == 0 && allocate(file, bytes) && ::fchmod(file, S_IRUSR | S_IWUSR) == 0 &&
-                      setHold(file, F_RDLCK);
+    const bool made = isWithinFileLimit(bytes) && ::ftruncate(file, 0) == 0 && allocate(file, bytes) &&
+                      ::fchmod(file, S_IRUSR | S_IWUSR) == 0 && setHold(file, F_RDLCK);
     return made ? Hold::Made : Hold::None;
 }
 

@@ -63,7 +63,7 @@ std::optional<std::string> SettingsFile::read() const {
 }
 
 bool SettingsFile::replace(const std::string& bytes) const {
-    if (!folder_) return false;
+    if (!folder_ || bytes.size() > static_cast<std::size_t>(kLargestFile)) return false; // it could not be read again
     ::unlinkat(folder_.get(), kNewFile, 0);
     const Descriptor file(
         ::openat(folder_.get(), kNewFile, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));

@@ -5,6 +5,7 @@
 
 #include <expat.h>
 #include <new>
+#include <sys/stat.h>
 
 namespace tallowmere::platform::posix {
 namespace {
@@ -117,7 +118,8 @@ class ExpatReader final : public XmlReader {
 
 std::unique_ptr<XmlReader> openXmlReader(const std::u16string& path) {
     Descriptor file = openRegularFile(path);
-    if (!file) return nullptr;
+    struct stat status {};
+    if (!file || ::fstat(file.get(), &status) != 0 || status.st_size > kLargestDocument) return nullptr;
     Parser parser(::XML_ParserCreate(nullptr));
     if (parser == nullptr) return nullptr;
     return std::make_unique<ExpatReader>(std::move(file), std::move(parser));

@@ -80,10 +80,12 @@ class ElementReader final : public XmlReader {
     bool malformed_ = false;
 };
 
-/// Looks first: the stream would take a device for a file.
+/// Looks first: the stream would take a device for a file, and one of any size.
 UniqueCom<IStream> openStream(const std::u16string& path) {
     UniqueCom<IStream> stream;
-    if (!openRegularFile(path, 0)) return stream;
+    const UniqueFile file = openRegularFile(path, 0);
+    LARGE_INTEGER size{};
+    if (!file || !::GetFileSizeEx(file.get(), &size) || size.QuadPart > kLargestDocument) return stream;
     if (FAILED(::SHCreateStreamOnFileEx(wide(path), STGM_READ | STGM_SHARE_DENY_WRITE, 0, FALSE, nullptr,
                                         stream.receive())))
         return {};

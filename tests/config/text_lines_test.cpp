@@ -59,6 +59,21 @@ TEST(TextLines, AreTheSameInPortionsOfAnySize) {
         EXPECT_THAT(linesOf(text, portion), ElementsAre("first", "", "third line", "last")) << portion;
 }
 
+TEST(TextLines, BeyondTheLargestTextAreNotRead) {
+    /// Never ends.
+    class Endless final : public platform::FileReader {
+      public:
+        [[nodiscard]] std::size_t read(std::span<char> buffer) noexcept override {
+            std::ranges::fill(buffer, '\n');
+            return buffer.size();
+        }
+    };
+    Endless file;
+    std::size_t lines = 0;
+    forEachLine(file, [&](std::string_view) { ++lines; });
+    EXPECT_EQ(lines, kLargestText);
+}
+
 TEST(TextLines, OfAbsurdLengthAreCut) {
     const std::string text = std::string(kLongestLine, 'x') + "lost\nnext\n" + std::string(5'000'000, 'y');
     EXPECT_THAT(linesOf(text), ElementsAre(std::string(kLongestLine, 'x'), "next", std::string(kLongestLine, 'y')));

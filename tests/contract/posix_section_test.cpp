@@ -16,6 +16,7 @@
 #include <sched.h>
 #include <span>
 #include <sys/mount.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -94,6 +95,28 @@ TEST_F(PosixSection, ItsMakerIsTheFilesOwner) {
     const passwd* account = ::getpwuid(::geteuid());
     ASSERT_NE(account, nullptr);
     EXPECT_EQ(section->maker(), fs::path(account->pw_name).u16string());
+}
+
+TEST_F(PosixSection, InAProgramWithoutStandardStreamsItNeverBecomesOne) {
+    Child daemon([](const Child::Line&) {
+        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) ::close(stream);
+        const auto section = openOrCreate();
+        if (section == nullptr) return 1;
+        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+            if (::fcntl(stream, F_GETFD) != -1) return 2;
+        return 0;
+    });
+    EXPECT_EQ(daemon.finish(), 0);
+}
+
+TEST_F(PosixSection, AFileSizeLimitBelowItsSizeMakesItFailAndEndsNobody) {
+    Child limited([](const Child::Line&) {
+        const rlimit limit{1000, 1000};
+        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return 1;
+        return openOrCreate() == nullptr ? 0 : 2;
+    });
+    EXPECT_EQ(limited.finish(), 0);
+    EXPECT_TRUE(isNew(openOrCreate().get()));
 }
 
 TEST_F(PosixSection, ARemnantOfAnySizeAndContentIsMadeNew) {

@@ -84,6 +84,16 @@ TEST_P(XmlContract, AMalformedDocumentTellsWhere) {
     EXPECT_EQ(reader->line(), 3U);
 }
 
+TEST_P(XmlContract, ADocumentAboveTheLimitCountsAsAbsent) {
+    const std::string empty = "<boats></boats>";
+    const auto padded = [&](std::size_t size) { return empty + std::string(size - empty.size(), ' '); };
+    const auto largest = static_cast<std::size_t>(platform::kLargestDocument);
+    fixture->putFile(inFolder(u"fits.xml"), padded(largest));
+    fixture->putFile(inFolder(u"large.xml"), padded(largest + 1));
+    EXPECT_NE(fixture->platform().openXml(inFolder(u"fits.xml")), nullptr);
+    EXPECT_EQ(fixture->platform().openXml(inFolder(u"large.xml")), nullptr);
+}
+
 TEST_P(XmlContract, AnEmptyAttributeIsThereAndEmpty) {
     EXPECT_EQ(elementsOf(R"(<a x="" y="1"/>)"), u"a(x=,y=1)");
 }

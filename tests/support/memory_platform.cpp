@@ -366,6 +366,7 @@ std::unique_ptr<XmlReader> MemoryPlatform::openXml(const std::u16string& path) c
     if (machine_.state_->fails(machine_, Step::OpenXml)) return nullptr;
     const auto found = findName(machine_.files, path, machine_.caseSensitive);
     if (found == machine_.files.end() || !found->second.has_value()) return nullptr;
+    if (found->second->size() > static_cast<std::size_t>(kLargestDocument)) return nullptr;
     return std::make_unique<MemoryMachine::State::Xml>(machine_, *found->second);
 }
 

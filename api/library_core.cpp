@@ -2,11 +2,14 @@
 
 #include "core/ccore.hpp"
 
+#include <type_traits>
+
 namespace tallowmere {
 namespace detail {
 
-constinit ValueStore* liveValues = nullptr;
 constinit SharedArea* liveArea = nullptr;
+alignas(ValueStore) std::byte liveValues[sizeof(ValueStore)];
+static_assert(std::is_trivially_destructible_v<ValueStore>);
 
 ValueStore& valuesWithoutSection() noexcept {
     static ValueStore values(Context{platform::hostPlatform(), nullptr});
@@ -21,13 +24,10 @@ namespace {
 class LibraryCore {
   public:
     LibraryCore() noexcept : core_(false) {
-        detail::liveValues = &core_.values();
+        ::new (detail::liveValues) ValueStore(core_.values());
         detail::liveArea = core_.area();
     }
-    ~LibraryCore() {
-        detail::liveArea = nullptr;
-        detail::liveValues = nullptr;
-    }
+    ~LibraryCore() { detail::liveArea = nullptr; }
     LibraryCore(const LibraryCore&) = delete;
     LibraryCore& operator=(const LibraryCore&) = delete;
 

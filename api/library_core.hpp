@@ -3,25 +3,32 @@
 
 #include "core/channels/value_store.hpp"
 
+#include <cstddef>
+#include <new>
+
 namespace tallowmere {
 
 namespace detail {
-/// The library's own, while its core object lives. Plain pointers, so that a call from another module's start
-/// or exit, outside that life, meets null and no half-made object.
-extern constinit ValueStore* liveValues;
+/// The section of the library's core object; null before that lives, after that, and when it has none. A plain
+/// pointer, so that a call from another module's start or exit meets null and no half-made object.
 extern constinit SharedArea* liveArea;
+/// Where a copy of the core object's value store lies while there is a section: at a fixed place, because a write
+/// waits for every pointer on the way to its clock.
+extern std::byte liveValues[];
 [[nodiscard]] ValueStore& valuesWithoutSection() noexcept;
 } // namespace detail
 
-/// The value store of the library's core object, which lives from the library's loading to its unloading.
-/// Before and after that: one without a section. Any thread.
-[[nodiscard]] inline ValueStore& libraryValues() noexcept {
-    return detail::liveValues != nullptr ? *detail::liveValues : detail::valuesWithoutSection();
-}
-
-/// Its section, or null. Any thread.
+/// The section of the library, or null. Any thread.
 [[nodiscard]] inline SharedArea* libraryArea() noexcept {
     return detail::liveArea;
+}
+
+/// The value store of the library's core object, which lives from the library's loading to its unloading;
+/// before and after that, and without a section, one without a section. Any thread.
+[[nodiscard]] inline ValueStore& libraryValues() noexcept {
+    if (libraryArea() == nullptr) [[unlikely]]
+        return detail::valuesWithoutSection();
+    return *std::launder(reinterpret_cast<ValueStore*>(detail::liveValues));
 }
 
 } // namespace tallowmere

@@ -15,6 +15,9 @@ namespace tallowmere::platform {
 /// where that is needed. A pipe or a file is no terminal.
 [[nodiscard]] bool outputIsTerminal() noexcept;
 
+/// The same of standard error: each of the two may be redirected without the other.
+[[nodiscard]] bool errorIsTerminal() noexcept;
+
 /// Columns of the terminal at standard output; 80 when that can't be told.
 [[nodiscard]] int terminalColumns() noexcept;
 

@@ -26,6 +26,11 @@ void watchSignals() noexcept {
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) ::sigaction(number, &action, nullptr);
 }
 
+bool understandsEscapes(int descriptor) noexcept {
+    const char* kind = std::getenv("TERM");
+    return ::isatty(descriptor) == 1 && kind != nullptr && *kind != '\0' && std::string_view(kind) != "dumb";
+}
+
 } // namespace
 
 std::vector<std::string> commandLine(int argc, const char* const* argv) {
@@ -33,8 +38,11 @@ std::vector<std::string> commandLine(int argc, const char* const* argv) {
 }
 
 bool outputIsTerminal() noexcept {
-    const char* kind = std::getenv("TERM");
-    return ::isatty(STDOUT_FILENO) == 1 && kind != nullptr && *kind != '\0' && std::string_view(kind) != "dumb";
+    return understandsEscapes(STDOUT_FILENO);
+}
+
+bool errorIsTerminal() noexcept {
+    return understandsEscapes(STDERR_FILENO);
 }
 
 int terminalColumns() noexcept {

@@ -40,6 +40,13 @@ void restoreOutputPage() {
     ::SetConsoleOutputCP(outputPageBefore);
 }
 
+bool understandsEscapes(DWORD stream) noexcept {
+    const HANDLE output = ::GetStdHandle(stream);
+    DWORD mode = 0;
+    return ::GetConsoleMode(output, &mode) != 0 &&
+           ::SetConsoleMode(output, mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+
 } // namespace
 
 std::vector<std::string> commandLine(int argc, const char* const* argv) {
@@ -52,10 +59,11 @@ std::vector<std::string> commandLine(int argc, const char* const* argv) {
 }
 
 bool outputIsTerminal() noexcept {
-    const HANDLE output = ::GetStdHandle(STD_OUTPUT_HANDLE);
-    DWORD mode = 0;
-    return ::GetConsoleMode(output, &mode) != 0 &&
-           ::SetConsoleMode(output, mode | ENABLE_PROCESSED_OUTPUT | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+    return understandsEscapes(STD_OUTPUT_HANDLE);
+}
+
+bool errorIsTerminal() noexcept {
+    return understandsEscapes(STD_ERROR_HANDLE);
 }
 
 int terminalColumns() noexcept {

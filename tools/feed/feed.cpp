@@ -103,7 +103,7 @@ void Feed::rememberDamage(const nmea::Line& line, const nmea::LineReading& readi
     constexpr std::size_t kExcerpt = 60;
     const bool harmless =
         reading.kind == LineKind::Sentence || reading.kind == LineKind::Text || reading.kind == LineKind::NoChecksum;
-    if (harmless || counts_.damaged.size() >= FeedCounts::kDamagedKept) return;
+    if (harmless || counts_.of(reading.kind) > FeedCounts::kDamagedKept) return;
     counts_.damaged.push_back({line.number, reading.kind, printable(line.text, kExcerpt)});
 }
 

@@ -18,7 +18,7 @@ struct DamagedLine {
 };
 
 struct FeedCounts {
-    static constexpr std::size_t kDamagedKept = 5;
+    static constexpr std::size_t kDamagedKept = 3; // of each kind
     static constexpr std::size_t kNamesKept = 64; // of unknown sentences; more are counted together
 
     std::uint64_t lines = 0;                      // that weren't empty
@@ -28,7 +28,7 @@ struct FeedCounts {
     std::map<std::string, std::uint64_t> unknown; // the others, by type or whole address
     std::uint64_t otherUnknown = 0;
     std::uint64_t invalid = 0;        // known sentences whose status says that their data is not valid
-    std::vector<DamagedLine> damaged; // the first few
+    std::vector<DamagedLine> damaged; // the first few of each kind, as they came
 
     std::map<int, std::uint64_t> aisReports; // by message type
     std::map<int, std::uint64_t> aisNotUsed;

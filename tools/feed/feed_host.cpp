@@ -41,6 +41,8 @@ FeedHost::~FeedHost() {
 void FeedHost::poll() {
     constexpr int kMostAtOnce = 32; // so that a flood of messages doesn't keep the feed from its lines
     if (!ready() || !window_) return;
+    // Another host may have put its window there meanwhile, and taken it away when it ended.
+    if (readOnce(core_.area()->hostWindow) == 0) writeOnce(core_.area()->hostWindow, window_->handle());
     for (int count = 0; count < kMostAtOnce; ++count) {
         const auto message = window_->poll();
         if (!message) return;

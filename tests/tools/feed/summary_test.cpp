@@ -36,6 +36,18 @@ TEST_F(Summary, NamesWhatWasMet) {
     EXPECT_THAT(text, Not(HasSubstr("merged")));
 }
 
+TEST_F(Summary, NamesTheFirstFewOfEachKindOfDamage) {
+    for (int i = 0; i < 10; ++i) feedLine("$IIMTW,016,C*3B"); // its checksum is 3A
+    feedLine("$IIMTW,016,C");                                 // without checksum
+    feedLine("$IIMTW,016,C*3");
+    feedLine("$IIMT$IIMTW,016,C*3A");
+    const std::string text = summaryText(feed.counts(), "race.nmea");
+    EXPECT_THAT(text, HasSubstr("race.nmea:3: bad checksum: "));
+    EXPECT_THAT(text, Not(HasSubstr("race.nmea:4:")));
+    EXPECT_THAT(text, HasSubstr("race.nmea:12: cut: $IIMTW,016,C*3"));
+    EXPECT_THAT(text, HasSubstr("race.nmea:13: merged: $IIMT$IIMTW,016,C*3A"));
+}
+
 TEST_F(Summary, OfNothingIsShort) {
     EXPECT_EQ(summaryText(feed.counts(), "-"), "  lines               0\n"
                                                "  sentences used      0\n"

@@ -4,6 +4,7 @@
 #include "tools/calibration/calibration_command.hpp"
 #include "tools/commands/get.hpp"
 #include "tools/commands/list.hpp"
+#include "tools/commands/option_checks.hpp"
 #include "tools/commands/set.hpp"
 #include "tools/commands/status.hpp"
 #include "tools/commands/text.hpp"
@@ -13,6 +14,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <limits>
 #include <memory>
 
 namespace tallowmere::tools {
@@ -42,7 +44,7 @@ template <class Options> std::shared_ptr<Options> keep() {
 
 void addBoatOption(CLI::App& command, BoatIndex& boat) {
     command.add_option("--boat", boat, "Boat number, 0 to 99; 0 is the own boat")
-        ->check(CLI::Range(0, static_cast<int>(kBoatCount) - 1).description(""))
+        ->check(wholeNumberCheck(0, kBoatCount - 1))
         ->type_name("BOAT")
         ->capture_default_str();
 }
@@ -86,10 +88,11 @@ void addWatch(CLI::App& app, const CommandContext& context, int& exitCode) {
     command->add_option("CHANNEL", options->channels, "Numbers or short names; without any the usual sailing ones");
     addBoatOption(*command, options->boat);
     command->add_option("--interval", options->intervalSeconds, "Seconds between rounds")
+        ->check(numberCheck(kShortestInterval, kLongestInterval))
         ->type_name("SECONDS")
         ->capture_default_str();
     command->add_option("--count", options->count, "End after so many rounds; 0: go on")
-        ->check(CLI::Validator(CLI::NonNegativeNumber).description(""))
+        ->check(wholeNumberCheck(0, std::numeric_limits<int>::max()))
         ->type_name("ROUNDS");
     command->footer(kWatchFooter);
     command->callback([&context, &exitCode, options] { exitCode = runWatch(context, *options); });

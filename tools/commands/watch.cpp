@@ -11,8 +11,6 @@ namespace {
 
 constexpr ChannelIndex kUsualChannels[] = {ZAN_BSP, ZAN_AWA, ZAN_AWS, ZAN_TWA, ZAN_TWS,   ZAN_TWD, ZAN_HDG,
                                            ZAN_COG, ZAN_SOG, ZAN_LAT, ZAN_LON, ZAN_DEPTH, ZAN_HEEL};
-constexpr double kShortestInterval = 0.05;
-constexpr double kLongestInterval = 3600.0;
 constexpr unsigned kLongestSleep = 50; // milliseconds; so soon a request to end is heard
 
 /// Sleeps in short pieces, at most kLongestInterval in all. False when the user asked to end meanwhile.

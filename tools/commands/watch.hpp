@@ -9,10 +9,13 @@
 
 namespace tallowmere::tools {
 
+constexpr double kShortestInterval = 0.05;
+constexpr double kLongestInterval = 3600.0;
+
 struct WatchOptions {
     std::vector<std::string> channels; // numbers or names; none: the usual ones
     BoatIndex boat = 0;
-    double intervalSeconds = 1.0; // 0.05 to 3600
+    double intervalSeconds = 1.0; // kShortestInterval to kLongestInterval
     int count = 0;                // rounds; 0: until the user ends it
 };
 

@@ -1,6 +1,7 @@
 #include "tools/feed/feed_command.hpp"
 
 #include "platform/terminal.hpp"
+#include "tools/commands/option_checks.hpp"
 #include "tools/feed/feed_host.hpp"
 #include "tools/feed/feed_run.hpp"
 #include "tools/feed/summary.hpp"
@@ -38,7 +39,7 @@ Ending failure(feed::Reporter& reporter, int exitCode, const std::string& why) {
 }
 
 Ending feedFrom(const Arguments& arguments) {
-    feed::Reporter reporter(stderr, platform::outputIsTerminal(), arguments.quiet);
+    feed::Reporter reporter(stderr, platform::errorIsTerminal(), arguments.quiet);
     const auto tell = [&reporter](std::string_view text) { reporter.line(text); };
     platform::prepareStandardStreams();
     const std::atomic<bool>& stop = platform::stopRequested();
@@ -50,8 +51,7 @@ Ending feedFrom(const Arguments& arguments) {
                         arguments.raw ? feed::FeedHost::Values::Raw : feed::FeedHost::Values::Calibrated);
     if (!host.ready())
         return failure(reporter, kNoSharedData,
-                       "the shared data can be neither made nor opened; the log of the data folder says "
-                       "more. Is an older program running that holds it?");
+                       "the shared data can be neither made nor opened; see the message before this one");
 
     feed::Feed feed(host.sink());
     const bool complete =
@@ -69,13 +69,18 @@ void addFeedCommand(CLI::App& app, int& exitCode) {
     auto arguments = std::make_shared<Arguments>();
     CLI::App* const command =
         app.add_subcommand("feed", "Turn NMEA 0183 from a file or the network into channels, as their host");
-    command->add_option("source", arguments->source, "a recording, - (standard input), udp:PORT or tcp:HOST:PORT")
-        ->required();
-    command->add_option("--speed", arguments->speed, "of a recording: 1 as recorded, 2 twice as fast, 0 at once")
-        ->check(CLI::Range(0.0, 1e6))
+    command
+        ->add_option("SOURCE", arguments->source,
+                     "A recording's file name, - (standard input), udp:PORT or tcp:HOST:PORT")
+        ->required()
+        ->type_name("");
+    command->add_option("--speed", arguments->speed, "Pace of a recording: 1 as recorded, 2 twice as fast, 0 at once")
+        ->check(tools::speedCheck())
+        ->type_name("FACTOR")
         ->capture_default_str();
-    command->add_flag("-q,--quiet", arguments->quiet, "show no progress");
-    command->add_flag("--raw", arguments->raw, "store values as they come, not through the calibration");
+    command->add_flag("-q,--quiet", arguments->quiet, "Show no progress");
+    command->add_flag("--raw", arguments->raw, "Store values as they come, not through the calibration");
+    command->footer("Progress and the summary at the end go to standard error.");
     command->callback([arguments, &exitCode] {
         const Ending ending = feedFrom(*arguments);
         exitCode = ending.exitCode;

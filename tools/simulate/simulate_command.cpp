@@ -2,6 +2,7 @@
 
 #include "platform/platform.hpp"
 #include "platform/terminal.hpp"
+#include "tools/commands/option_checks.hpp"
 #include "tools/simulate/instruments.hpp"
 
 #include <CLI/CLI.hpp>
@@ -10,6 +11,7 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <limits>
 #include <memory>
 #include <thread>
 
@@ -21,6 +23,8 @@ struct Arguments {
     double speed = 1.0;
     std::uint32_t seed = 1;
 };
+
+constexpr std::int64_t kMostSeconds = 1'000'000'000; // thirty years
 
 using Clock = std::chrono::steady_clock;
 
@@ -55,12 +59,18 @@ void addSimulateCommand(CLI::App& app, int& exitCode) {
     auto arguments = std::make_shared<Arguments>();
     CLI::App* const command =
         app.add_subcommand("simulate", "Write a simulated race start to standard output, as NMEA 0183");
-    command->add_option("--seconds", arguments->seconds, "of the race, then end; 0: without end")
+    command->add_option("--seconds", arguments->seconds, "End after so many seconds of the race; 0: go on")
+        ->check(tools::wholeNumberCheck(0, kMostSeconds))
+        ->type_name("SECONDS")
         ->capture_default_str();
     command->add_option("--speed", arguments->speed, "1 real time, 2 twice as fast, 0 at once")
-        ->check(CLI::Range(0.001, 1e6) | CLI::IsMember({0.0}))
+        ->check(tools::speedCheck())
+        ->type_name("FACTOR")
         ->capture_default_str();
-    command->add_option("--seed", arguments->seed, "the same seed gives the same race")->capture_default_str();
+    command->add_option("--seed", arguments->seed, "A number; the same one gives the same race")
+        ->check(tools::wholeNumberCheck(0, std::numeric_limits<std::uint32_t>::max()))
+        ->type_name("SEED")
+        ->capture_default_str();
     command->callback([arguments, &exitCode] {
         runRace(*arguments);
         exitCode = 0;

@@ -10,12 +10,14 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <utility>
 
 namespace tallowmere::test {
 namespace {
 
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 
 bool onWindows() {
     return platform::hostPlatform().separator() == u'\\';
@@ -90,6 +92,56 @@ TEST(Program, WatchIntoAFileIsPlain) {
 TEST(Program, WrongUsageHasItsOwnCode) {
     EXPECT_EQ(run("get").code, 2);
     EXPECT_EQ(run("get nosuchchannel").code, 1);
+}
+
+TEST(Program, NumbersOutOfRangeAreWrongUsageAndSaidReadably) {
+    const std::string speed = "--speed: must be 0 (at once) or a number from 0.001 to 1000000";
+    const std::pair<std::string, std::string> cases[] = {
+        {"simulate --seconds -1", "--seconds: must be a whole number from 0 to 1000000000"},
+        {"simulate --seconds 1.5", "--seconds: must be a whole number"},
+        {"simulate --speed -1", speed},
+        {"simulate --speed nan --seconds 1", speed},
+        {"simulate --seed -1", "--seed: must be a whole number from 0 to 4294967295"},
+        {"feed - --speed nan", speed},
+        {"feed - --speed inf", speed},
+        {"feed - --speed 1x", speed},
+        {"watch --count -1", "--count: must be a whole number from 0 to 2147483647"},
+        {"watch --count 1 --interval nan", "--interval: must be a number from 0.05 to 3600"},
+        {"get BSP --boat 5.5", "--boat: must be a whole number from 0 to 99"},
+    };
+    for (const auto& [arguments, message] : cases) {
+        const ProgramRun result = run(arguments);
+        EXPECT_EQ(result.code, 2) << arguments;
+        EXPECT_THAT(result.err, HasSubstr(message)) << arguments;
+        EXPECT_THAT(result.out, IsEmpty()) << arguments;
+    }
+}
+
+TEST(Program, ASimulatedRaceIsFedIntoTheSection) {
+    CCore holder(false);
+    ASSERT_NE(holder.area(), nullptr);
+    const ProgramRun race = run("simulate --seconds 2 --speed 0");
+    EXPECT_EQ(race.code, 0) << race.err;
+    EXPECT_THAT(race.err, IsEmpty());
+    const std::filesystem::path recording = "program_test_race.nmea";
+    std::ofstream(recording, std::ios::binary) << race.out;
+
+    const ProgramRun fed = run("feed program_test_race.nmea --speed 0");
+    std::filesystem::remove(recording);
+    EXPECT_EQ(fed.code, 0) << fed.err;
+    EXPECT_THAT(fed.out, IsEmpty()) << "the summary goes to standard error";
+    EXPECT_THAT(fed.err, HasSubstr("program_test_race.nmea:\n"));
+    EXPECT_THAT(fed.err, HasSubstr("RMC 2"));
+    EXPECT_THAT(fed.err, Not(HasSubstr("damaged")));
+    EXPECT_EQ(fed.err.find('\x1b'), std::string::npos) << "a file is no terminal";
+    EXPECT_NE(tools::readChannel(holder.values(), ZAN_BSP, 0, platform::hostPlatform().now()).value, "-");
+    EXPECT_EQ(holder.area()->hostWindow, 0U) << "taken back";
+}
+
+TEST(Program, FeedTellsAMissingFileFromAWrongName) {
+    EXPECT_EQ(run("feed no_such_recording.nmea").code, 1);
+    EXPECT_EQ(run("feed udp:99999").code, 2);
+    EXPECT_EQ(run("feed").code, 2);
 }
 
 TEST(Program, ArgumentsBeyondAsciiArriveWhole) {

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::string_view kSeparators = " ,\t";
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-constexpr char kGap[] = "the curve has no value there and is not drawn through it";
+constexpr char kGap[] = "beside it a straight curve has no value and a smooth one keeps its neighbour's";
 
 std::vector<std::string_view> fieldsOf(std::string_view line) {
     if (line.ends_with('\r')) line.remove_suffix(1);
@@ -188,6 +188,8 @@ class FileChecker {
         const std::size_t knots = (numbers.size() - 1) / 2;
         if (knots > kMostKnots) report("has more than 512 knots", "those beyond are dropped");
         const bool ascending = knots < 2 || numbers[2 * knots - 1] > numbers[1];
+        if (knots >= 2 && numbers[2 * knots - 1] < numbers[1])
+            report("its positions do not ascend", "descending ones give the same curve");
         for (std::size_t k = 0; k < knots; ++k) {
             const double x = numbers[2 * k + 1];
             if (x == NO_VALUE || numbers[2 * k + 2] == NO_VALUE)
@@ -203,7 +205,8 @@ class FileChecker {
     }
 
     void checkRowValue(double value) {
-        if (value == NO_VALUE) report("its row value is 32767, which means none", "the row is found by no reading");
+        if (value == NO_VALUE)
+            report("its row value is 32767, which means none", "sorted last, it sends every reading to the first row");
         for (const Row& other : rows_)
             if (other.value == value)
                 return report("row " + numberOf(value) + " was there already on line " + std::to_string(other.line),

@@ -79,24 +79,33 @@ std::optional<double> writtenValue(const CalibrationItem& item, const EvalOption
     return std::nullopt;
 }
 
-void addWritten(Table& table, UserCalibration& user, std::size_t id, double value) {
+/// The item's correction of a value as the write path asks for it, whether or not the item is in use.
+double correctionOf(UserCalibration& user, std::size_t id, double value) {
     CalibrationItem& item = user.item(id);
-    const auto channel = static_cast<ChannelIndex>(item.channel);
-    const std::string name = inputName(item.channel);
-    const std::string unit = inputUnit(item.channel);
     const std::uint8_t use = item.use;
     item.use = 1;
     double correction = NO_VALUE;
     (void)user.calibration().CalibrationCorrection(id, value, correction);
     item.use = use;
-    addPair(table, "Correction", quantityText(correction, printable(item.unit)) + " of a written " + name);
-    const double stored = user.calibration().CalibrateOnWrite(channel, value);
-    addPair(table, "Written", name + " " + quantityText(value, unit) + " is stored as " + quantityText(stored, unit));
-    if (use != 0) return;
+    return correction;
+}
+
+std::string writtenText(UserCalibration& user, ChannelIndex channel, double value) {
+    const std::optional<double> stored = user.write(channel, value);
+    if (!stored) return "is refused: the channel is blocked or locked";
+    if (*stored == NO_VALUE) return "clears the channel: it is out of range";
+    return "is stored as " + quantityText(*stored, inputUnit(channel));
+}
+
+void addWritten(Table& table, UserCalibration& user, std::size_t id, double value) {
+    CalibrationItem& item = user.item(id);
+    const auto channel = static_cast<ChannelIndex>(item.channel);
+    const std::string what = inputName(item.channel) + " " + quantityText(value, inputUnit(item.channel)) + " ";
+    addPair(table, "Written", what + writtenText(user, channel, value));
+    if (item.use != 0) return;
     item.use = 1;
     user.calibration().UpdateCalibratedFlag(id);
-    const double would = user.calibration().CalibrateOnWrite(channel, value);
-    addPair(table, "If in use", "it would be stored as " + quantityText(would, unit));
+    addPair(table, "If in use", what + writtenText(user, channel, value));
 }
 
 } // namespace
@@ -152,9 +161,13 @@ int runCalibrationEval(const CommandContext& context, const EvalOptions& options
         addPair(table, "Row",
                 inputName(item.rowInput) + " " +
                     (r == NO_VALUE ? "unknown: the first row counts" : quantityText(r, inputUnit(item.rowInput))));
-    double value = NO_VALUE;
-    (void)EvalTable(item.table, options.x, isInput(item.rowInput) ? r : NO_VALUE, value);
-    addPair(table, "Table", quantityText(value, printable(item.unit)));
+    const std::string unit = printable(item.unit);
+    if (isInput(item.columnInput) || isInput(item.rowInput)) {
+        double value = NO_VALUE;
+        (void)EvalTable(item.table, options.x, isInput(item.rowInput) ? r : NO_VALUE, value);
+        addPair(table, "Table", quantityText(value, unit));
+    }
+    addPair(table, "Correction", quantityText(correctionOf(user, *id, options.x), unit));
     if (const auto written = writtenValue(item, options)) addWritten(table, user, *id, *written);
     context.out << table.text();
     if (isInput(item.channel) && isInput(item.columnInput) &&

@@ -29,7 +29,7 @@ bool isChannel(std::int32_t channel) noexcept {
 } // namespace
 
 UserCalibration::UserCalibration(const platform::Platform& platform)
-    : platform_(platform), area_(copyOrMakeArea(platform_)), values_(Context{platform_, area_.get()}),
+    : platform_(platform), area_(copyOrMakeArea(platform_)), values_(Context{platform_, area_.get()}, &calibration_),
       calibration_(&values_) {
     for (std::size_t id = 0; id < kCalibrationItemCount; ++id) calibration_.ResetCalibrationItem(id);
     calibration_.ReadCalibrationSettings();
@@ -54,6 +54,11 @@ void UserCalibration::pretend(std::int32_t channel, double value) noexcept {
     const auto index = static_cast<ChannelIndex>(channel);
     if (readOnce(area_->boatCount) == 0) writeOnce(area_->boatCount, 1); // no boat, no values
     storeRecord(area_->fullBlocks[0].current[index], values_.doubleToRecord(index, value).record);
+}
+
+std::optional<double> UserCalibration::write(ChannelIndex channel, double value) noexcept {
+    if (!values_.storeDouble(channel, value, 0)) return std::nullopt;
+    return current(channel);
 }
 
 } // namespace tallowmere::tools

@@ -7,6 +7,7 @@
 #include "tools/calibration/looking_platform.hpp"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -31,6 +32,9 @@ class UserCalibration {
     [[nodiscard]] double current(std::int32_t channel) const noexcept;
     /// Replaces it, in this copy.
     void pretend(std::int32_t channel, double value) noexcept;
+    /// Writes a value the whole way, in this copy. What is stored then, NO_VALUE for nothing; empty when the
+    /// write is refused.
+    [[nodiscard]] std::optional<double> write(ChannelIndex channel, double value) noexcept;
 
   private:
     LookingPlatform platform_;

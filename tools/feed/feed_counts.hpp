@@ -19,7 +19,7 @@ struct DamagedLine {
 
 struct FeedCounts {
     static constexpr std::size_t kDamagedKept = 3; // of each kind
-    static constexpr std::size_t kNamesKept = 64; // of unknown sentences; more are counted together
+    static constexpr std::size_t kNamesKept = 64;  // of unknown sentences; more are counted together
 
     std::uint64_t lines = 0;                      // that weren't empty
     std::array<std::uint64_t, 8> byKind{};        // by nmea::LineKind; Merged: all merged lines

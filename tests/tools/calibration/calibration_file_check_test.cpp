@@ -12,7 +12,7 @@ class FileCheck : public CalibrationCommandTest {
     }
 };
 
-constexpr char kGap[] = "the curve has no value there and is not drawn through it\n";
+constexpr char kGap[] = "beside it a straight curve has no value and a smooth one keeps its neighbour's\n";
 
 TEST_F(FileCheck, NothingAtAllIsNoProblem) {
     const auto files = machine.files;
@@ -23,7 +23,18 @@ TEST_F(FileCheck, NothingAtAllIsNoProblem) {
 
 TEST_F(FileCheck, CleanFilesAreNoProblem) {
     EXPECT_EQ(problems("! a comment\n# 5 1 2 3\nspeed against heel\n5, 10\r\n0\t1.5\t-2\n\n10 1e0 +2.5"), "");
-    EXPECT_EQ(problems("5 3 1 2 1.5 1 7\n10 1 2 3 4\n"), ""); // pairs, descending and ascending
+    EXPECT_EQ(problems("5 1 7 2 1.5 3 1\n10 1 2 3 4\n"), ""); // pairs
+}
+
+TEST_F(FileCheck, DescendingKnotsAreTold) {
+    EXPECT_EQ(problems("5 3 1 2 1.5 1 7\n10 1 2 3 4\n"),
+              "ZAN_CAL_Bsp.txt:1: its positions do not ascend; descending ones give the same curve\n");
+}
+
+TEST_F(FileCheck, ARowValueThatMeansNoneIsTold) {
+    EXPECT_EQ(problems("5 10\n0 1 2\n32767 3 4\n"),
+              "ZAN_CAL_Bsp.txt:3: its row value is 32767, which means none; sorted last, it sends every reading to "
+              "the first row\n");
 }
 
 TEST_F(FileCheck, RowsOutOfOrderAreTold) {

@@ -37,7 +37,28 @@ TEST_F(ShowCalibration, EvalOfAnItemNotInUseTellsWhatItWouldDo) {
     putItem(u"Hdg", "0 360\n0 3 3\n");
     const std::string out = run({"calibration", "eval", "8", "359"}).out;
     EXPECT_THAT(out, HasSubstr("Written     HDG 359\u00B0 is stored as 359\u00B0\n"));
-    EXPECT_THAT(out, HasSubstr("If in use   it would be stored as 2\u00B0\n"));
+    EXPECT_THAT(out, HasSubstr("If in use   HDG 359\u00B0 is stored as 2\u00B0\n"));
+}
+
+TEST_F(ShowCalibration, EvalOfAnItemWithoutInputsGivesItsFirstKnot) {
+    putItem(u"Wind weight", "0 10 20\n0 5 6 7\n");
+    EXPECT_THAT(run({"calibration", "eval", "15", "20"}).out, HasSubstr("Correction  5\n"));
+}
+
+TEST_F(ShowCalibration, EvalTakesAWrittenValueTheWholeWay) {
+    putItem(u"Hdg", "0 360\n0 3 3\n");
+    machine.addDword(kCalibrationKey, u"CalUse_8", 1);
+    EXPECT_THAT(run({"calibration", "eval", "8", "370"}).out,
+                HasSubstr("Written     HDG 370\u00B0 is stored as 13\u00B0\n"));
+    EXPECT_THAT(run({"calibration", "eval", "8", "725"}).out,
+                HasSubstr("Written     HDG 725\u00B0 clears the channel: it is out of range\n"));
+}
+
+TEST_F(ShowCalibration, EvalTellsThatAWriteIsRefused) {
+    putItem(u"Bsp", "0 10\n0 1 1\n");
+    holder();
+    area().settings[ZAN_BSP].blocked = 1;
+    EXPECT_THAT(run({"calibration", "eval", "Bsp", "5"}).out, HasSubstr("BSP 5 kt is refused"));
 }
 
 TEST_F(ShowCalibration, WithoutARowValueTheCurrentOneCounts) {

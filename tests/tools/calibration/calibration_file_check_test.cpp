@@ -129,7 +129,7 @@ TEST_F(FileCheck, TheLimitsAreTold) {
     for (int row = 0; row < 257; ++row) rows += std::to_string(row) + " 1 2\n";
     EXPECT_EQ(problems(rows), "ZAN_CAL_Bsp.txt: has 257 rows; the first 256 are read\n");
     std::string pairs = "0";
-    for (int k = 0; k < 513; ++k) pairs += " " + std::to_string(1000 - k) + " 1";
+    for (int k = 0; k < 513; ++k) pairs += " " + std::to_string(1000 + k) + " 1";
     EXPECT_EQ(problems(pairs), "ZAN_CAL_Bsp.txt:1: has more than 512 knots; those beyond are dropped\n");
     EXPECT_EQ(problems("0 5\n1 2 3" + std::string(65536, ' ') + "4\n"),
               "ZAN_CAL_Bsp.txt:2: the line is longer than 65536 bytes; what lies beyond is ignored\n");

@@ -3,11 +3,10 @@
 #include "core/channels/channel_lookup.hpp"
 #include "core/config/config_document.hpp"
 #include "core/config/number_scanner.hpp"
+#include "core/config/precision_rule.hpp"
 
 namespace tallowmere {
 namespace {
-
-constexpr std::int32_t kLargestPrecision = 254;
 
 void resetChannels(SharedArea& area) noexcept {
     for (std::size_t channel = 1; channel < kChannelCount; ++channel) {
@@ -15,20 +14,6 @@ void resetChannels(SharedArea& area) noexcept {
         writeOnce(setting.log, kCatalogue[channel].logDefault);
         writeOnce(setting.damping, 0);
         writeOnce(setting.precision, kCatalogue[channel].precision);
-    }
-}
-
-/// True for the classes whose values are not shown with a number of decimals.
-bool hasOwnFormat(UnitClass unitClass) noexcept {
-    switch (unitClass) {
-    case UnitClass::DateTime:
-    case UnitClass::TimeSpan:
-    case UnitClass::Latitude:
-    case UnitClass::Longitude:
-    case UnitClass::IntegerCode:
-        return true;
-    default:
-        return false;
     }
 }
 

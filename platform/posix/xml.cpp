@@ -62,7 +62,7 @@ class ExpatReader final : public XmlReader {
         if (pieceBytes_ > kLargestPieceBytes) return XML_STATUS_ERROR;
         void* piece = ::XML_GetBuffer(parser_.get(), pieceBytes_);
         if (piece == nullptr) return XML_STATUS_ERROR;
-        const std::size_t room = static_cast<std::size_t>(pieceBytes_);
+        const auto room = static_cast<std::size_t>(pieceBytes_);
         const std::size_t count = readWhole(file_.get(), {static_cast<char*>(piece), room});
         lastPiece_ = count < room;
         return ::XML_ParseBuffer(parser_.get(), static_cast<int>(count), lastPiece_ ? XML_TRUE : XML_FALSE);

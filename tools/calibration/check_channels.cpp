@@ -2,6 +2,7 @@
 
 #include "core/channels/catalogue.hpp"
 #include "core/config/config_document.hpp"
+#include "core/config/precision_rule.hpp"
 #include "tools/calibration/item_text.hpp"
 #include "tools/calibration/xml_check.hpp"
 #include "tools/unit_names.hpp"
@@ -13,21 +14,7 @@ namespace {
 
 constexpr std::size_t kLongestName = 31;
 constexpr std::size_t kLongestShortName = 15;
-constexpr std::int32_t kLargestPrecision = 254;
 constexpr std::int32_t kLargestClass = static_cast<std::int32_t>(UnitClass::FluidPressure);
-
-bool hasOwnFormat(UnitClass unitClass) noexcept {
-    switch (unitClass) {
-    case UnitClass::DateTime:
-    case UnitClass::TimeSpan:
-    case UnitClass::Latitude:
-    case UnitClass::Longitude:
-    case UnitClass::IntegerCode:
-        return true;
-    default:
-        return false;
-    }
-}
 
 class ChannelChecker {
   public:

@@ -94,12 +94,16 @@ class FileChecker {
     struct Counts {
         std::size_t least = std::numeric_limits<std::size_t>::max();
         std::size_t most = 0;
+        bool allOdd = true;
 
         void add(std::size_t count) noexcept {
+            allOdd = allOdd && isOdd(count);
             least = std::min(least, count);
             most = std::max(most, count);
         }
         [[nodiscard]] bool are(std::size_t count) const noexcept { return least == count && most == count; }
+        /// A row value and at least one pair, in every line.
+        [[nodiscard]] bool suitPairs() const noexcept { return most > 0 && least >= 3 && allOdd; }
     };
 
     void report(std::string what, std::string effect) { reportAt(line_, std::move(what), std::move(effect)); }
@@ -218,8 +222,8 @@ class FileChecker {
 
     void checkLayout() {
         const std::size_t count = firstNumbers_.size();
-        if (columnLayout_ && count >= 3 && isOdd(count) && otherCounts_.are(count))
-            reportAt(firstLine_, "its numbers ascend, though the lines below look like pairs with as many fields",
+        if (columnLayout_ && count >= 3 && isOdd(count) && otherCounts_.suitPairs())
+            reportAt(firstLine_, "its numbers ascend, though all lines look like a row value and pairs",
                      "it is taken for the header of columns");
         if (columnLayout_ || count < 2 || !otherCounts_.are(count + 1)) return;
         const std::size_t k = ascendingCount(firstNumbers_);

@@ -70,8 +70,10 @@ TEST_F(FileCheck, PairsTakenForColumnsAreTold) {
     EXPECT_THAT(
         problems("5 6 7 8 9\n10 6 7 8 9\n"),
         ::testing::StartsWith("ZAN_CAL_Bsp.txt:2: has 4 values for 5 columns; the row ends after its last value\n"
-                              "ZAN_CAL_Bsp.txt:1: its numbers ascend, though the lines below look like pairs "
-                              "with as many fields; it is taken for the header of columns\n"));
+                              "ZAN_CAL_Bsp.txt:1: its numbers ascend, though all lines look like a row value and "
+                              "pairs; it is taken for the header of columns\n"));
+    EXPECT_THAT(problems("5 10 15\n10 10 16 20 26\n"),
+                ::testing::HasSubstr("ZAN_CAL_Bsp.txt:1: its numbers ascend, though all lines look like"));
 }
 
 TEST_F(FileCheck, RowsOfAnotherLengthThanTheHeaderAreTold) {

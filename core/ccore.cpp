@@ -10,12 +10,9 @@
 #include "settings/core_settings.hpp"
 #include "settings/reg_ex.hpp"
 
-#include <cstdio>
-
 namespace tallowmere {
 namespace {
 
-constexpr int kLayoutNumber = 363;
 constexpr int kBusyPolls = 5;
 constexpr unsigned kBusyPollMilliseconds = 50;
 
@@ -29,12 +26,6 @@ void reportFailure(platform::Platform& platform, const char16_t* message) noexce
 }
 
 } // namespace
-
-std::u16string sectionName() {
-    char name[64];
-    const int length = std::snprintf(name, sizeof name, "ZanCore_%d_%zu", kLayoutNumber, kSharedAreaBytes);
-    return {name, name + length};
-}
 
 CCore::CCore(bool bStart) noexcept : CCore(platform::hostPlatform(), bStart) {}
 

@@ -6,6 +6,7 @@
 
 #include "calibration/calibration.hpp"
 #include "core/channels/context.hpp"
+#include "core/channels/section_name.hpp"
 #include "core/channels/system_values.hpp"
 #include "core/channels/value_store.hpp"
 #include "core/reserved_state.hpp"
@@ -15,9 +16,6 @@
 #include <string>
 
 namespace tallowmere {
-
-/// The name of the shared section: "ZanCore_%d_%zu" with the layout's number and size.
-[[nodiscard]] std::u16string sectionName();
 
 class CCore {
   public:

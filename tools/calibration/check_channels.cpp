@@ -5,7 +5,7 @@
 #include "core/config/precision_rule.hpp"
 #include "tools/calibration/item_text.hpp"
 #include "tools/calibration/xml_check.hpp"
-#include "tools/unit_names.hpp"
+#include "units/unit_names.hpp"
 
 #include <array>
 

@@ -3,7 +3,7 @@
 #include "core/channels/channel_lookup.hpp"
 #include "tools/commands/format.hpp"
 #include "tools/commands/text.hpp"
-#include "tools/unit_names.hpp"
+#include "units/unit_names.hpp"
 
 namespace tallowmere::tools {
 

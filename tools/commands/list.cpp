@@ -7,7 +7,7 @@
 #include "tools/commands/system_names.hpp"
 #include "tools/commands/table.hpp"
 #include "tools/commands/text.hpp"
-#include "tools/unit_names.hpp"
+#include "units/unit_names.hpp"
 
 #include <array>
 #include <cstdio>

@@ -1,6 +1,6 @@
 #include "tools/commands/text.hpp"
 #include "tools/derive/catalogue_rows.hpp"
-#include "tools/unit_names.hpp"
+#include "units/unit_names.hpp"
 
 #include <algorithm>
 #include <iterator>
@@ -52,7 +52,7 @@ std::string rangeOf(const Row& row) {
 }
 
 std::string lineOf(const Row& row) {
-    const tools::UnitName unit = tools::unitNameOf(row.unitClass);
+    const UnitName unit = unitNameOf(row.unitClass);
     const std::string cells[] = {
         std::to_string(row.index),
         "`ZAN_" + std::string(row.constant) + "`",

@@ -1,9 +1,9 @@
-#include "tools/unit_names.hpp"
+#include "units/unit_names.hpp"
 
 #include <array>
 #include <cstddef>
 
-namespace tallowmere::tools {
+namespace tallowmere {
 namespace {
 
 // By the number of the class. Units are written as in units/units.hpp.
@@ -41,4 +41,4 @@ UnitName unitNameOf(UnitClass unitClass) noexcept {
     return kUnitNames[index < kUnitNames.size() ? index : 0];
 }
 
-} // namespace tallowmere::tools
+} // namespace tallowmere

@@ -3,7 +3,7 @@
 
 #include "core/channels/unit_class.hpp"
 
-namespace tallowmere::tools {
+namespace tallowmere {
 
 struct UnitName {
     const char* words;    // "boat speed"
@@ -13,4 +13,4 @@ struct UnitName {
 /// A class that is in no table counts as a plain number, as the value store treats it.
 [[nodiscard]] UnitName unitNameOf(UnitClass unitClass) noexcept;
 
-} // namespace tallowmere::tools
+} // namespace tallowmere

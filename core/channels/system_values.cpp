@@ -38,11 +38,6 @@ double clampNumber(double value, double low, double high) noexcept {
 
 } // namespace
 
-double SystemValues::variable(std::size_t index) const noexcept {
-    if (area_ == nullptr || index >= kSystemVariableCount) return NO_VALUE;
-    return readOnce(area_->systemVariables[index]);
-}
-
 bool SystemValues::setVariable(std::size_t index, double value) noexcept {
     if (area_ == nullptr || index >= kSystemVariableCount) return false;
     if (index == 0) value = clampNumber(value, 1.0, std::numeric_limits<double>::infinity());
@@ -51,19 +46,9 @@ bool SystemValues::setVariable(std::size_t index, double value) noexcept {
     return true;
 }
 
-std::uint8_t SystemValues::flag(std::size_t index) const noexcept {
-    if (area_ == nullptr || index >= kSystemFlagCount) return 0;
-    return readOnce(area_->systemFlags[index]);
-}
-
 void SystemValues::setFlag(std::size_t index, std::uint8_t value) noexcept {
     if (area_ == nullptr || index >= kSystemFlagCount) return;
     writeOnce(area_->systemFlags[index], value);
-}
-
-std::int32_t SystemValues::integer(std::size_t index) const noexcept {
-    if (area_ == nullptr || index >= kSystemIntegerCount) return 0;
-    return readOnce(area_->systemIntegers[index]);
 }
 
 void SystemValues::setInteger(std::size_t index, std::int32_t value) noexcept {

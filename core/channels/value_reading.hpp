@@ -63,6 +63,20 @@ template <class Area> [[nodiscard]] auto valueSlotOf(Area& area, ChannelIndex ch
     return {Record::none(kind), false};
 }
 
+/// True for ROT, TrimRate, HeelRate, RudderToe and GPS tOffset: the library derives them from others, and what
+/// it leaves in the record's header is not the kind.
+[[nodiscard]] constexpr bool hasForeignHeader(ChannelIndex channel) noexcept {
+    return channel == ZAN_ROT || channel == ZAN_TRIMRATE || channel == ZAN_HEELRATE || channel == ZAN_RUDDERTOE ||
+           channel == ZAN_GPS_TOFFSET;
+}
+
+/// The record with the kind that the channel declares where its header can't tell it. For programs that want
+/// those values; GetZanVar goes by the header.
+[[nodiscard]] inline Record asDeclared(const SharedArea* area, ChannelIndex channel, Record record) noexcept {
+    if (hasForeignHeader(channel)) record.header = static_cast<std::uint64_t>(storageKindOf(area, channel));
+    return record;
+}
+
 namespace detail {
 /// The rest of readValue, for records of another kind.
 bool readConverted(const SharedArea* area, ChannelIndex channel, Record record, double& value) noexcept;

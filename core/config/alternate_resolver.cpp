@@ -43,25 +43,25 @@ Row readRow(const SharedArea& area, ChannelIndex channel) noexcept {
 }
 
 /// The own boat's value of a channel that the section declares as a plain double; empty otherwise.
-std::optional<double> ownNumber(const ValueStore& values, ChannelIndex channel) noexcept {
-    if (storageKindOf(values.area(), channel) != StorageKind::Double) return std::nullopt;
-    const DoubleResult number = values.recordAsDouble(channel, values.fetch(channel, 0).record);
+std::optional<double> ownNumber(const SharedArea& area, ChannelIndex channel) noexcept {
+    if (storageKindOf(&area, channel) != StorageKind::Double) return std::nullopt;
+    const DoubleResult number = recordAsDouble(&area, channel, fetchRecord(&area, channel, 0).record);
     if (!number.holdsValue) return std::nullopt;
     return number.value;
 }
 
 /// True while the own boat's time to the gun is a count of zero or more. The bare 64 bits decide.
-bool beforeGun(const ValueStore& values) noexcept {
-    if (storageKindOf(values.area(), ZAN_TMTOGUN) != StorageKind::Time) return false;
-    const std::int64_t countdown = values.fetch(ZAN_TMTOGUN, 0).record.ticks();
+bool beforeGun(const SharedArea& area) noexcept {
+    if (storageKindOf(&area, ZAN_TMTOGUN) != StorageKind::Time) return false;
+    const std::int64_t countdown = fetchRecord(&area, ZAN_TMTOGUN, 0).record.ticks();
     return countdown >= 0 && countdown != kNoTime;
 }
 
-ChannelIndex chooseByWind(const ValueStore& values, const Row& row, double windAngle) noexcept {
+ChannelIndex chooseByWind(const SharedArea& area, const Row& row, double windAngle) noexcept {
     const double angle = std::fabs(windAngle);
-    if (const std::optional<double> targetAngle = ownNumber(values, ZAN_TARG_TWA)) {
+    if (const std::optional<double> targetAngle = ownNumber(area, ZAN_TARG_TWA)) {
         const double target = std::fabs(*targetAngle);
-        const double margin = std::fabs(SystemValues(values.area()).variable(system_variable::kTargetMargin));
+        const double margin = std::fabs(systemVariable(&area, system_variable::kTargetMargin));
         if (angle < kAbeam && given(row[kUpwind]) && margin + target > angle) return row[kUpwind];
         if (angle > kAbeam && given(row[kDownwind]) && angle > target - margin) return row[kDownwind];
         if (given(row[kReaching])) return row[kReaching];
@@ -73,14 +73,13 @@ ChannelIndex chooseByWind(const ValueStore& values, const Row& row, double windA
 }
 
 /// The cell of the first rule that fires; 32767 for an empty row.
-ChannelIndex chooseCell(const ValueStore& values, const Row& row) noexcept {
-    const SystemValues system(values.area());
-    if (system.flag(system_flag::kAlternateLast) != 0 && given(row[kOverride])) return row[kOverride];
-    if (given(row[kBeforeGun]) && beforeGun(values)) return row[kBeforeGun];
-    const ChannelIndex byFlag = row[system.flag(system_flag::kAlternateFirst) != 0 ? kFlagSet : kFlagClear];
+ChannelIndex chooseCell(const SharedArea& area, const Row& row) noexcept {
+    if (systemFlag(&area, system_flag::kAlternateLast) != 0 && given(row[kOverride])) return row[kOverride];
+    if (given(row[kBeforeGun]) && beforeGun(area)) return row[kBeforeGun];
+    const ChannelIndex byFlag = row[systemFlag(&area, system_flag::kAlternateFirst) != 0 ? kFlagSet : kFlagClear];
     if (given(byFlag)) return byFlag;
-    if (const std::optional<double> windAngle = ownNumber(values, ZAN_TWA)) {
-        const ChannelIndex byWind = chooseByWind(values, row, *windAngle);
+    if (const std::optional<double> windAngle = ownNumber(area, ZAN_TWA)) {
+        const ChannelIndex byWind = chooseByWind(area, row, *windAngle);
         if (given(byWind)) return byWind;
     }
     const auto first = std::ranges::find_if(row, given);
@@ -89,10 +88,10 @@ ChannelIndex chooseCell(const ValueStore& values, const Row& row) noexcept {
 
 } // namespace
 
-ChannelIndex detail::chooseAlternative(const ValueStore& values, ChannelIndex alternating, bool mayRecurse) noexcept {
-    if (values.area() == nullptr) return alternating;
-    const ChannelIndex chosen = chooseCell(values, readRow(*values.area(), alternating));
-    return mayRecurse ? resolveAlternating(values, chosen, false) : chosen;
+ChannelIndex detail::chooseAlternative(const SharedArea* area, ChannelIndex alternating, bool mayRecurse) noexcept {
+    if (area == nullptr) return alternating;
+    const ChannelIndex chosen = chooseCell(*area, readRow(*area, alternating));
+    return mayRecurse ? resolveAlternating(area, chosen, false) : chosen;
 }
 
 } // namespace tallowmere

@@ -11,19 +11,24 @@ namespace tallowmere {
 void readAlternateTable(const Context& context);
 
 namespace detail {
-[[nodiscard]] ChannelIndex chooseAlternative(const ValueStore& values, ChannelIndex alternating,
+[[nodiscard]] ChannelIndex chooseAlternative(const SharedArea* area, ChannelIndex alternating,
                                              bool mayRecurse) noexcept;
 } // namespace detail
 
 /// The channel that `channel` stands for in the own boat's present situation: the channel itself unless
 /// it is alternating; 32767 when it is 414 or more or its row of the table is empty.
+/// area         null without a section: an alternating channel then stands for itself
 /// mayRecurse   follow an alternating channel that stands for another alternating one, once
 /// Any thread; reads the section only and does not allocate.
-[[nodiscard]] inline ChannelIndex resolveAlternating(const ValueStore& values, ChannelIndex channel,
+[[nodiscard]] inline ChannelIndex resolveAlternating(const SharedArea* area, ChannelIndex channel,
                                                      bool mayRecurse = true) noexcept {
     // Here, so that a read of any other channel pays a comparison only.
-    if (isAlternating(channel)) return detail::chooseAlternative(values, channel, mayRecurse);
+    if (isAlternating(channel)) return detail::chooseAlternative(area, channel, mayRecurse);
     return channel < kChannelCount ? channel : kNone16;
+}
+[[nodiscard]] inline ChannelIndex resolveAlternating(const ValueStore& values, ChannelIndex channel,
+                                                     bool mayRecurse = true) noexcept {
+    return resolveAlternating(values.area(), channel, mayRecurse);
 }
 
 } // namespace tallowmere

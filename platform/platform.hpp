@@ -51,6 +51,27 @@ class SharedSection {
     SharedSection() = default;
 };
 
+/// A section mapped for reading only, by somebody who takes no part in its life: it ends when the last process
+/// that owns a SharedSection of it ends, however many look at it. The mapping stays readable after that, with
+/// the bytes that were there last, until destruction.
+class SectionLook {
+  public:
+    virtual ~SectionLook() = default;
+    SectionLook(const SectionLook&) = delete;
+    SectionLook& operator=(const SectionLook&) = delete;
+
+    /// The mapped bytes, page-aligned; never null.
+    [[nodiscard]] virtual const std::byte* view() const noexcept = 0;
+    /// True while a process owns this very section; false once the last one has ended, also when there is a new
+    /// section under its name. Asks the system.
+    [[nodiscard]] virtual bool isOwned() const noexcept = 0;
+    /// Account name of the user who made the section; empty when it can't be told.
+    [[nodiscard]] virtual std::u16string maker() const = 0;
+
+  protected:
+    SectionLook() = default;
+};
+
 /// Types of settings values, numbered as the Windows registry numbers them. A stored value may have any
 /// other number.
 enum class SettingsType : std::uint32_t {
@@ -165,6 +186,11 @@ class Platform {
                                                                              std::size_t bytes) const = 0;
     /// Opens and maps the section only if it is there. Null when it is not, or can't be mapped.
     [[nodiscard]] virtual std::unique_ptr<SharedSection> openSection(const std::u16string& name,
+                                                                     std::size_t bytes) const = 0;
+
+    /// Maps the section for reading if it is there, owned by a process and exactly of this size (on Windows: in
+    /// pages). Never makes one, waits for nobody. Null otherwise.
+    [[nodiscard]] virtual std::unique_ptr<SectionLook> lookAtSection(const std::u16string& name,
                                                                      std::size_t bytes) const = 0;
 
     // --- settings of the current user; `path` has backslashes on every platform

@@ -30,6 +30,10 @@ class PosixPlatform final : public Platform {
                                                              std::size_t bytes) const override {
         return openSectionFile(name, bytes);
     }
+    [[nodiscard]] std::unique_ptr<SectionLook> lookAtSection(const std::u16string& name,
+                                                             std::size_t bytes) const override {
+        return lookAtSectionFile(name, bytes);
+    }
 
     [[nodiscard]] std::unique_ptr<SettingsKey> openSettings(const std::u16string& path) const override {
         return openSettingsKey(path);

@@ -5,9 +5,15 @@
 // the last descriptor, however the process ended, so a life byte that nobody holds means that the file is
 // a remnant, whatever it contains. A forked child shares its parent's hold and keeps it.
 //
-// Who finds the life byte free takes it exclusively, makes the file empty, then as large as it has to be,
-// and turns the hold into a shared one. Nobody gets in meanwhile. A maker that is killed leaves a remnant
-// like any other; one that is stopped holds the others up for no longer than kPatience tries.
+// Who finds the life byte free takes it exclusively. A remnant with anything in it is removed, and the next try
+// finds or makes an empty file: so every section is a file of its own, and who still looks at a remnant keeps
+// its bytes. The empty file is made as large as it has to be, and the hold turned into a shared one. Nobody
+// gets in meanwhile. A maker that is killed leaves a remnant like any other; one that is stopped holds the
+// others up for no longer than kPatience tries.
+//
+// Who only looks holds nothing: the file is opened for reading, mapped when somebody else holds the life byte,
+// and asked for that again when the looker wants to know. Nothing here makes a file shorter that a process may
+// have mapped. Whoever else cuts it (only its owner may) makes readers of the part that is gone get SIGBUS.
 #include "platform/posix/section.hpp"
 
 #include "platform/posix/account.hpp"
@@ -49,6 +55,11 @@ std::optional<short> othersHold(int file) noexcept {
     return lock.l_type;
 }
 
+std::u16string makerOf(int file) {
+    struct stat status {};
+    return ::fstat(file, &status) == 0 ? widenText(findAccount(status.st_uid).name) : std::u16string();
+}
+
 class SectionFile final : public SharedSection {
   public:
     SectionFile(Descriptor file, std::size_t bytes, bool existed, bool map) noexcept
@@ -66,10 +77,7 @@ class SectionFile final : public SharedSection {
 
     [[nodiscard]] std::byte* view() const noexcept override { return view_; }
     [[nodiscard]] bool existed() const noexcept override { return existed_; }
-    [[nodiscard]] std::u16string maker() const override {
-        struct stat status {};
-        return ::fstat(file_.get(), &status) == 0 ? widenText(findAccount(status.st_uid).name) : std::u16string();
-    }
+    [[nodiscard]] std::u16string maker() const override { return makerOf(file_.get()); }
 
   private:
     Descriptor file_;
@@ -78,10 +86,17 @@ class SectionFile final : public SharedSection {
     bool existed_;
 };
 
+/// Where the section's file is.
+struct Folder {
+    int number;
+    const char* entry;
+};
+
 /// How a try to get hold of the file went.
 enum class Hold {
     None,    // no such file, or not one of ours
     Absent,  // a remnant that nobody holds
+    Swept,   // a remnant that was there is gone
     Later,   // being made, or gone from under its name since it was opened
     Made,    // new, by us
     Opened,  // in use by others too
@@ -112,36 +127,48 @@ bool allocate(int file, std::size_t bytes) noexcept {
     return result == 0 || (errno == EOPNOTSUPP && ::ftruncate(file, size) == 0);
 }
 
+/// Removes a remnant; asked with the life byte held exclusively. It is asked whether the name still means this
+/// file, because somebody may have moved it.
+Hold sweep(const Folder& folder, int file) noexcept {
+    struct stat held {};
+    struct stat named {};
+    const bool same = ::fstat(file, &held) == 0 &&
+                      ::fstatat(folder.number, folder.entry, &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+                      held.st_dev == named.st_dev && held.st_ino == named.st_ino;
+    return same && ::unlinkat(folder.number, folder.entry, 0) == 0 ? Hold::Swept : Hold::None;
+}
+
 /// Makes the section anew; asked with the life byte held exclusively, which becomes a shared hold. The mode
 /// is set because a umask may have kept the user's own rights off a file just made.
-Hold make(int file, std::size_t bytes) noexcept {
+Hold make(const Folder& folder, int file, std::size_t bytes) noexcept {
     off_t size = 0;
     const Hold judged = judge(file, bytes, size);
     if (judged == Hold::None || judged == Hold::Later) return judged;
-    const bool made = isWithinFileLimit(bytes) && ::ftruncate(file, 0) == 0 && allocate(file, bytes) &&
-                      ::fchmod(file, S_IRUSR | S_IWUSR) == 0 && setHold(file, F_RDLCK);
+    if (size != 0) return sweep(folder, file);
+    const bool made = isWithinFileLimit(bytes) && allocate(file, bytes) && ::fchmod(file, S_IRUSR | S_IWUSR) == 0 &&
+                      setHold(file, F_RDLCK);
     return made ? Hold::Made : Hold::None;
 }
 
 /// Joins those who hold the section. Empty, it is the remnant of a maker that was killed at work: whoever
 /// is alone with it makes it anew, and several who met over it try again.
-Hold join(int file, std::size_t bytes, bool mayMake) noexcept {
+Hold join(const Folder& folder, int file, std::size_t bytes, bool mayMake) noexcept {
     if (!setHold(file, F_RDLCK)) return Hold::Later;
     off_t size = 0;
     const Hold judged = judge(file, bytes, size);
     if (judged != Hold::Misfits || size != 0) return judged;
-    return mayMake && setHold(file, F_WRLCK) ? make(file, bytes) : Hold::Later;
+    return mayMake && setHold(file, F_WRLCK) ? make(folder, file, bytes) : Hold::Later;
 }
 
-Hold tryHold(int file, std::size_t bytes, bool mayMake) noexcept {
+Hold tryHold(const Folder& folder, int file, std::size_t bytes, bool mayMake) noexcept {
     const std::optional<short> others = othersHold(file);
     if (!others) return Hold::None;
     switch (*others) {
     case F_RDLCK:
-        return join(file, bytes, mayMake);
+        return join(folder, file, bytes, mayMake);
     case F_UNLCK:
         if (!mayMake) return Hold::Absent;
-        return setHold(file, F_WRLCK) ? make(file, bytes) : Hold::Later;
+        return setHold(file, F_WRLCK) ? make(folder, file, bytes) : Hold::Later;
     default:
         return Hold::Later;
     }
@@ -160,17 +187,56 @@ HeldFile holdFile(std::u16string_view name, std::size_t bytes, bool mayMake) noe
     for (int attempt = 0; attempt < kPatience; ++attempt) {
         Descriptor file(::openat(folder.get(), entry.text(), flags, S_IRUSR | S_IWUSR));
         if (!file) return {};
-        const Hold hold = tryHold(file.get(), bytes, mayMake);
+        const Hold hold = tryHold({folder.get(), entry.text()}, file.get(), bytes, mayMake);
         if (hold == Hold::Made || hold == Hold::Opened || hold == Hold::Misfits) return {std::move(file), hold};
         // A child forked by another thread just now would keep the hold; so it is let go, not only closed.
         setHold(file.get(), F_UNLCK);
+        if (hold == Hold::Swept) continue;
         if (hold != Hold::Later) return {{}, hold};
         sleepFor(1);
     }
     return {};
 }
 
+/// A file that somebody else holds, mapped for reading.
+class SectionFileLook final : public SectionLook {
+  public:
+    SectionFileLook(Descriptor file, std::size_t bytes) noexcept : file_(std::move(file)), bytes_(bytes) {
+        const void* view = ::mmap(nullptr, bytes_, PROT_READ, MAP_SHARED, file_.get(), 0);
+        if (view != MAP_FAILED) view_ = static_cast<const std::byte*>(view);
+    }
+    ~SectionFileLook() override {
+        if (view_ != nullptr) ::munmap(const_cast<std::byte*>(view_), bytes_);
+    }
+    SectionFileLook(const SectionFileLook&) = delete;
+    SectionFileLook& operator=(const SectionFileLook&) = delete;
+
+    [[nodiscard]] const std::byte* view() const noexcept override { return view_; }
+    /// A file that has been cut is let go too.
+    [[nodiscard]] bool isOwned() const noexcept override {
+        off_t size = 0;
+        return othersHold(file_.get()) == F_RDLCK && judge(file_.get(), bytes_, size) == Hold::Opened;
+    }
+    [[nodiscard]] std::u16string maker() const override { return makerOf(file_.get()); }
+
+  private:
+    Descriptor file_;
+    std::size_t bytes_;
+    const std::byte* view_ = nullptr;
+};
+
 } // namespace
+
+std::unique_ptr<SectionLook> lookAtSectionFile(std::u16string_view name, std::size_t bytes) {
+    const RuntimeFolder folder;
+    const EntryName entry = folder.entry(name);
+    if (!folder || entry.empty()) return nullptr;
+    Descriptor file(::openat(folder.get(), entry.text(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    if (!file) return nullptr;
+    auto look = std::make_unique<SectionFileLook>(std::move(file), bytes);
+    if (look->view() == nullptr || !look->isOwned()) return nullptr;
+    return look;
+}
 
 std::unique_ptr<SharedSection> openOrCreateSectionFile(std::u16string_view name, std::size_t bytes) {
     HeldFile held = holdFile(name, bytes, true);

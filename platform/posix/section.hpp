@@ -14,5 +14,6 @@ inline constexpr std::int64_t kLifeByte = std::int64_t{1} << 40;
 
 [[nodiscard]] std::unique_ptr<SharedSection> openOrCreateSectionFile(std::u16string_view name, std::size_t bytes);
 [[nodiscard]] std::unique_ptr<SharedSection> openSectionFile(std::u16string_view name, std::size_t bytes);
+[[nodiscard]] std::unique_ptr<SectionLook> lookAtSectionFile(std::u16string_view name, std::size_t bytes);
 
 } // namespace tallowmere::platform::posix

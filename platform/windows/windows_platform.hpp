@@ -20,6 +20,8 @@ class WindowsPlatform final : public Platform {
                                                                      std::size_t bytes) const override;
     [[nodiscard]] std::unique_ptr<SharedSection> openSection(const std::u16string& name,
                                                              std::size_t bytes) const override;
+    [[nodiscard]] std::unique_ptr<SectionLook> lookAtSection(const std::u16string& name,
+                                                             std::size_t bytes) const override;
 
     // settings.cpp
     [[nodiscard]] std::unique_ptr<SettingsKey> openSettings(const std::u16string& path) const override;

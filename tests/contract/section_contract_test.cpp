@@ -1,8 +1,10 @@
 #include "tests/contract/platform_fixture.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
 #include <span>
+#include <thread>
 
 namespace tallowmere::test {
 namespace {
@@ -15,6 +17,10 @@ class SectionContract : public ContractTest {
         return platform.openOrCreateSection(fixture->sectionName(), bytes);
     }
     [[nodiscard]] auto open(std::size_t bytes = kBytes) { return platform.openSection(fixture->sectionName(), bytes); }
+
+    [[nodiscard]] auto look(std::size_t bytes = kBytes) {
+        return platform.lookAtSection(fixture->sectionName(), bytes);
+    }
 
     [[nodiscard]] static bool isZeroed(const platform::SharedSection& section) {
         return std::ranges::all_of(std::span(section.view(), kBytes), [](std::byte b) { return b == std::byte{0}; });
@@ -111,6 +117,88 @@ TEST_P(SectionContract, EverybodySeesTheSameMaker) {
     const auto second = open();
     ASSERT_NE(second, nullptr);
     EXPECT_EQ(first->maker(), second->maker());
+}
+
+TEST_P(SectionContract, LookingAtOneThatIsNotThereGivesNoneAndMakesNone) {
+    EXPECT_EQ(look(), nullptr);
+    EXPECT_FALSE(openOrCreate()->existed());
+    EXPECT_EQ(look(), nullptr);
+}
+
+TEST_P(SectionContract, ALookSeesTheBytesAsTheyAreWritten) {
+    const auto section = openOrCreate();
+    ASSERT_NE(section, nullptr);
+    section->view()[kBytes - 1] = std::byte{42};
+    const auto seen = look();
+    ASSERT_NE(seen, nullptr);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(seen->view()) % 4096, 0U);
+    EXPECT_EQ(seen->view()[kBytes - 1], std::byte{42});
+    section->view()[0] = std::byte{7};
+    EXPECT_EQ(seen->view()[0], std::byte{7});
+    EXPECT_TRUE(seen->isOwned());
+    EXPECT_EQ(seen->maker(), section->maker());
+}
+
+TEST_P(SectionContract, LooksDoNotKeepItAlive) {
+    auto section = openOrCreate();
+    ASSERT_NE(section, nullptr);
+    section->view()[0] = std::byte{1};
+    const auto first = look();
+    const auto second = look();
+    ASSERT_NE(first, nullptr);
+    ASSERT_NE(second, nullptr);
+    section.reset();
+    EXPECT_FALSE(first->isOwned());
+    EXPECT_FALSE(second->isOwned());
+    EXPECT_EQ(look(), nullptr);
+
+    const auto next = openOrCreate();
+    ASSERT_NE(next, nullptr);
+    EXPECT_FALSE(next->existed());
+    EXPECT_TRUE(isZeroed(*next));
+}
+
+TEST_P(SectionContract, ALookKeepsTheBytesOfItsOwnSectionWhenTheNextIsThere) {
+    auto section = openOrCreate();
+    ASSERT_NE(section, nullptr);
+    section->view()[kBytes / 2] = std::byte{1};
+    const auto old = look();
+    ASSERT_NE(old, nullptr);
+    section.reset();
+    const auto next = openOrCreate();
+    ASSERT_NE(next, nullptr);
+    next->view()[kBytes / 2] = std::byte{2};
+    EXPECT_EQ(old->view()[kBytes / 2], std::byte{1});
+    EXPECT_FALSE(old->isOwned());
+    const auto seen = look();
+    ASSERT_NE(seen, nullptr);
+    EXPECT_EQ(seen->view()[kBytes / 2], std::byte{2});
+    EXPECT_TRUE(seen->isOwned());
+}
+
+TEST_P(SectionContract, ASectionIsOwnedWhileItIsWrittenWithoutRest) {
+    const auto section = openOrCreate();
+    ASSERT_NE(section, nullptr);
+    const auto seen = look();
+    ASSERT_NE(seen, nullptr);
+    std::atomic<bool> stop = false;
+    std::thread writer([&] {
+        auto* const words = reinterpret_cast<std::uint64_t*>(section->view());
+        for (std::uint64_t n = 1; !stop.load(std::memory_order_relaxed); ++n)
+            std::atomic_ref(words[n % 16]).store(n, std::memory_order_relaxed);
+    });
+    for (int i = 0; i < 50; ++i) EXPECT_TRUE(seen->isOwned());
+    stop = true;
+    writer.join();
+}
+
+TEST_P(SectionContract, ASectionOfAnotherSizeIsNotLookedAt) {
+    for (const std::size_t bytes : {std::size_t{4096}, kBytes + 4096}) {
+        const auto section = openOrCreate(bytes);
+        ASSERT_NE(section, nullptr);
+        EXPECT_EQ(look(), nullptr) << bytes;
+        EXPECT_NE(look(bytes), nullptr) << bytes;
+    }
 }
 
 TALLOWMERE_CONTRACT(SectionContract);

@@ -22,12 +22,11 @@ constexpr std::array<const char*, 23> kStepNames{
 
 /// Page-aligned zeros, as a mapping is.
 struct Memory {
-    explicit Memory(std::size_t size) : bytes(size), start(new (std::align_val_t{4096}) std::byte[size]()) {}
-    ~Memory() { ::operator delete[](start, std::align_val_t{4096}); }
-    Memory(const Memory&) = delete;
-    Memory& operator=(const Memory&) = delete;
+    explicit Memory(std::size_t size)
+        : bytes(size), start(new (std::align_val_t{4096}) std::byte[size](),
+                             [](std::byte* first) { ::operator delete[](first, std::align_val_t{4096}); }) {}
     std::size_t bytes;
-    std::byte* start;
+    std::shared_ptr<std::byte> start; // shared with those who look without owning
 };
 
 char16_t lower(char16_t c) {
@@ -64,7 +63,7 @@ class MemorySection final : public SharedSection {
   public:
     MemorySection(std::shared_ptr<Memory> memory, bool existed, bool mapped)
         : memory_(std::move(memory)), existed_(existed), mapped_(mapped) {}
-    [[nodiscard]] std::byte* view() const noexcept override { return mapped_ ? memory_->start : nullptr; }
+    [[nodiscard]] std::byte* view() const noexcept override { return mapped_ ? memory_->start.get() : nullptr; }
     [[nodiscard]] bool existed() const noexcept override { return existed_; }
     [[nodiscard]] std::u16string maker() const override { return u"skipper"; }
 
@@ -72,6 +71,18 @@ class MemorySection final : public SharedSection {
     std::shared_ptr<Memory> memory_;
     bool existed_;
     bool mapped_;
+};
+
+class MemorySectionLook final : public SectionLook {
+  public:
+    explicit MemorySectionLook(const std::shared_ptr<Memory>& memory) : memory_(memory), start_(memory->start) {}
+    [[nodiscard]] const std::byte* view() const noexcept override { return start_.get(); }
+    [[nodiscard]] bool isOwned() const noexcept override { return !memory_.expired(); }
+    [[nodiscard]] std::u16string maker() const override { return u"skipper"; }
+
+  private:
+    std::weak_ptr<Memory> memory_;
+    std::shared_ptr<std::byte> start_;
 };
 
 } // namespace
@@ -256,7 +267,7 @@ int MemoryMachine::requests() const {
 std::byte* MemoryMachine::section(const std::u16string& name) const {
     const auto found = state_->sections.find(name);
     const auto memory = found == state_->sections.end() ? nullptr : found->second.lock();
-    return memory ? memory->start : nullptr;
+    return memory ? memory->start.get() : nullptr;
 }
 
 std::shared_ptr<void> MemoryMachine::holdSection(const std::u16string& name, std::size_t bytes) {
@@ -306,6 +317,13 @@ std::unique_ptr<SharedSection> MemoryPlatform::openSection(const std::u16string&
     auto memory = machine_.state_->sections[name].lock();
     if (!memory || memory->bytes < bytes || machine_.state_->fails(machine_, Step::MapSection)) return nullptr;
     return std::make_unique<MemorySection>(std::move(memory), true, true);
+}
+
+std::unique_ptr<SectionLook> MemoryPlatform::lookAtSection(const std::u16string& name, std::size_t bytes) const {
+    if (machine_.state_->fails(machine_, Step::CreateSection)) return nullptr;
+    const auto memory = machine_.state_->sections[name].lock();
+    if (!memory || memory->bytes != bytes || machine_.state_->fails(machine_, Step::MapSection)) return nullptr;
+    return std::make_unique<MemorySectionLook>(memory);
 }
 
 std::unique_ptr<SettingsKey> MemoryPlatform::openSettings(const std::u16string& path) const {

@@ -120,6 +120,8 @@ class MemoryPlatform final : public platform::Platform {
                                                                                std::size_t bytes) const override;
     [[nodiscard]] std::unique_ptr<platform::SharedSection> openSection(const std::u16string& name,
                                                                        std::size_t bytes) const override;
+    [[nodiscard]] std::unique_ptr<platform::SectionLook> lookAtSection(const std::u16string& name,
+                                                                       std::size_t bytes) const override;
     [[nodiscard]] std::unique_ptr<platform::SettingsKey> openSettings(const std::u16string& path) const override;
     [[nodiscard]] std::unique_ptr<platform::SettingsKey> createSettings(const std::u16string& path) const override;
     [[nodiscard]] char16_t separator() const noexcept override { return machine_.separator; }

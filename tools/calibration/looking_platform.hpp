@@ -26,6 +26,10 @@ class LookingPlatform final : public platform::Platform {
                                                                        std::size_t bytes) const override {
         return real_.openSection(name, bytes);
     }
+    [[nodiscard]] std::unique_ptr<platform::SectionLook> lookAtSection(const std::u16string& name,
+                                                                       std::size_t bytes) const override {
+        return real_.lookAtSection(name, bytes);
+    }
     [[nodiscard]] std::unique_ptr<platform::SettingsKey> openSettings(const std::u16string& path) const override {
         return real_.openSettings(path);
     }

@@ -59,6 +59,38 @@ std::string utf8Of(char32_t c) {
     return {byte(0xF0 | c >> 18), byte(0x80 | (c >> 12 & 0x3F)), byte(0x80 | (c >> 6 & 0x3F)), byte(0x80 | (c & 0x3F))};
 }
 
+/// Notes what happened. What finds no memory goes unnoted: some steps must not throw.
+template <class T, class... Of> void note(std::vector<T>& notes, Of&&... of) noexcept {
+    try {
+        notes.emplace_back(std::forward<Of>(of)...);
+    } catch (const std::bad_alloc&) { // NOLINT(bugprone-empty-catch): see above
+    }
+}
+
+/// A file of this object's own, gone with it.
+class TemporaryFile {
+  public:
+    explicit TemporaryFile(const std::string& bytes) : TemporaryFile() {
+        std::ofstream(path_, std::ios::binary) << bytes; // may throw: by now the destructor will run
+    }
+    ~TemporaryFile() {
+        std::error_code ignored;
+        std::filesystem::remove(path_, ignored);
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    [[nodiscard]] const std::filesystem::path& path() const { return path_; }
+
+  private:
+    TemporaryFile() {
+        static int number = 0;
+        path_ = std::filesystem::temp_directory_path() /
+                ("tallowmere-" + std::to_string(reinterpret_cast<std::uintptr_t>(this)) + "-" +
+                 std::to_string(++number) + ".xml");
+    }
+    std::filesystem::path path_;
+};
+
 class MemorySection final : public SharedSection {
   public:
     MemorySection(std::shared_ptr<Memory> memory, bool existed, bool mapped)
@@ -92,18 +124,20 @@ struct MemoryMachine::State {
         int countdown = 0;
         bool always = false;
     };
-    std::map<Step, Plan> plans;
+    std::array<Plan, kStepNames.size()> plans;
     int anyCountdown = 0;
     int requests = 0;
     std::map<std::u16string, std::weak_ptr<Memory>> sections;
     std::map<std::uint64_t, std::vector<HostMessage>> windows;
     std::uint64_t nextWindow = 0x10001;
 
-    bool fails(MemoryMachine& machine, Step step) {
-        machine.trace.emplace_back(kStepNames[static_cast<std::size_t>(step)]);
+    [[nodiscard]] Plan& planOf(Step step) noexcept { return plans[static_cast<std::size_t>(step)]; }
+
+    bool fails(MemoryMachine& machine, Step step) noexcept {
+        note(machine.trace, kStepNames[static_cast<std::size_t>(step)]);
         ++requests;
         bool fail = anyCountdown > 0 && --anyCountdown == 0;
-        Plan& plan = plans[step];
+        Plan& plan = planOf(step);
         fail = fail || plan.always || (plan.countdown > 0 && --plan.countdown == 0);
         return fail;
     }
@@ -173,19 +207,8 @@ class MemoryMachine::State::Reader final : public FileReader {
 /// see what the real reader makes of a document.
 class MemoryMachine::State::Xml final : public XmlReader {
   public:
-    Xml(MemoryMachine& machine, const std::string& bytes) : machine_(machine) {
-        static int number = 0;
-        file_ = std::filesystem::temp_directory_path() /
-                ("tallowmere-" + std::to_string(reinterpret_cast<std::uintptr_t>(this)) + "-" +
-                 std::to_string(++number) + ".xml");
-        std::ofstream(file_, std::ios::binary) << bytes;
-        reader_ = hostPlatform().openXml(file_.u16string());
-    }
-    ~Xml() override {
-        reader_.reset();
-        std::error_code ignored;
-        std::filesystem::remove(file_, ignored);
-    }
+    Xml(MemoryMachine& machine, const std::string& bytes)
+        : machine_(machine), file_(bytes), reader_(hostPlatform().openXml(file_.path().u16string())) {}
     [[nodiscard]] bool next(XmlElement& element) override {
         if (machine_.state_->fails(machine_, Step::NextElement)) return false;
         return reader_ != nullptr && reader_->next(element);
@@ -195,8 +218,8 @@ class MemoryMachine::State::Xml final : public XmlReader {
 
   private:
     MemoryMachine& machine_;
-    std::filesystem::path file_;
-    std::unique_ptr<XmlReader> reader_;
+    TemporaryFile file_;
+    std::unique_ptr<XmlReader> reader_; // closed before the file goes
 };
 
 class MemoryMachine::State::Window final : public HostWindow {
@@ -251,10 +274,10 @@ void MemoryMachine::addFile(const std::u16string& path, std::string bytes) {
 }
 
 void MemoryMachine::failOnce(Step step, int nth) {
-    state_->plans[step].countdown = nth;
+    state_->planOf(step).countdown = nth;
 }
 void MemoryMachine::failAlways(Step step) {
-    state_->plans[step].always = true;
+    state_->planOf(step).always = true;
 }
 void MemoryMachine::failAnyOnce(int nth) {
     state_->anyCountdown = nth;
@@ -294,7 +317,7 @@ std::optional<TimeZone> MemoryPlatform::timeZone() const noexcept {
 }
 
 void MemoryPlatform::sleepMilliseconds(unsigned milliseconds) const noexcept {
-    machine_.sleeps.push_back(milliseconds);
+    note(machine_.sleeps, milliseconds);
     if (machine_.onSleep) machine_.onSleep(milliseconds);
 }
 
@@ -413,10 +436,10 @@ void MemoryPlatform::postQuit() const noexcept {
 
 int MemoryPlatform::postToHost(std::uint64_t window, const HostMessage& message) const noexcept {
     if (machine_.state_->fails(machine_, Step::PostToHost)) return 0;
-    machine_.posts.emplace_back(window, message);
+    note(machine_.posts, window, message);
     const auto open = machine_.state_->windows.find(window);
     if (open != machine_.state_->windows.end())
-        open->second.push_back(message);
+        note(open->second, message);
     else if (!machine_.anyWindowExists)
         return 0;
     return machine_.postResult;

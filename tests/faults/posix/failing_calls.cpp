@@ -1,0 +1,145 @@
+#include "tests/faults/posix/failing_calls.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdarg>
+#include <ctime>
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tallowmere::test {
+namespace {
+
+bool counting = false;
+bool shortened = false;
+std::size_t made = 0;
+std::size_t failing = 0;
+int failure = 0;
+const char* failed = "";
+
+/// Counts a call; true when it is the one that fails.
+bool fails(const char* name) noexcept {
+    if (!counting || ++made != failing) return false;
+    failed = name;
+    errno = failure;
+    return true;
+}
+
+std::size_t shortOf(std::size_t size) noexcept {
+    return counting && shortened ? std::min<std::size_t>(size, 1) : size;
+}
+
+} // namespace
+
+void failCall(std::size_t nth, int error) noexcept {
+    made = 0;
+    failing = nth;
+    failure = error;
+    failed = "";
+    shortened = false;
+    counting = true;
+}
+void shortenTransfers() noexcept {
+    failCall(0, 0);
+    shortened = true;
+}
+std::size_t endFailing() noexcept {
+    counting = false;
+    return made;
+}
+const char* failedCall() noexcept {
+    return failed;
+}
+
+} // namespace tallowmere::test
+
+using tallowmere::test::fails;
+using tallowmere::test::shortOf;
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker's own names
+
+#define WRAPPED(result, name, parameters, arguments, nothing)                                                          \
+    extern "C" result __real_##name parameters;                                                                        \
+    extern "C" result __wrap_##name parameters;                                                                        \
+    extern "C" result __wrap_##name parameters {                                                                       \
+        return fails(#name) ? (nothing) : __real_##name arguments;                                                     \
+    }
+
+WRAPPED(int, fallocate, (int file, int mode, off_t start, off_t size), (file, mode, start, size), -1)
+WRAPPED(int, fchmod, (int file, mode_t mode), (file, mode), -1)
+WRAPPED(int, flock, (int file, int operation), (file, operation), -1)
+WRAPPED(int, fstat, (int file, struct stat* status), (file, status), -1)
+WRAPPED(int, fstatat, (int folder, const char* path, struct stat* status, int flags), (folder, path, status, flags), -1)
+WRAPPED(int, ftruncate, (int file, off_t size), (file, size), -1)
+WRAPPED(int, getrlimit, (int resource, struct rlimit* limit), (resource, limit), -1)
+WRAPPED(int, mkdir, (const char* path, mode_t mode), (path, mode), -1)
+WRAPPED(void*, mmap, (void* at, std::size_t size, int access, int flags, int file, off_t start),
+        (at, size, access, flags, file, start), MAP_FAILED)
+WRAPPED(ssize_t, readlink, (const char* path, char* target, std::size_t size), (path, target, size), -1)
+WRAPPED(int, renameat, (int folder, const char* from, int other, const char* to), (folder, from, other, to), -1)
+WRAPPED(int, stat, (const char* path, struct stat* status), (path, status), -1)
+WRAPPED(int, socket, (int domain, int type, int protocol), (domain, type, protocol), -1)
+WRAPPED(ssize_t, sendto,
+        (int socket, const void* bytes, std::size_t size, int flags, const sockaddr* to, socklen_t length),
+        (socket, bytes, size, flags, to, length), -1)
+WRAPPED(int, unlinkat, (int folder, const char* path, int flags), (folder, path, flags), -1)
+WRAPPED(std::tm*, localtime_r, (const std::time_t* time, std::tm* parts), (time, parts), nullptr)
+WRAPPED(int, getpwuid_r, (uid_t user, passwd* entry, char* buffer, std::size_t size, passwd** found),
+        (user, entry, buffer, size, found), (*found = nullptr, EIO))
+
+/// Nothing is really brought to the disk: no test looks at what a power failure leaves, and it takes long.
+extern "C" int __wrap_fsync(int file);
+extern "C" int __wrap_fsync(int) {
+    return fails("fsync") ? -1 : 0;
+}
+
+extern "C" ssize_t __real_read(int file, void* bytes, std::size_t size);
+extern "C" ssize_t __wrap_read(int file, void* bytes, std::size_t size);
+extern "C" ssize_t __wrap_read(int file, void* bytes, std::size_t size) {
+    return fails("read") ? -1 : __real_read(file, bytes, shortOf(size));
+}
+
+extern "C" ssize_t __real_write(int file, const void* bytes, std::size_t size);
+extern "C" ssize_t __wrap_write(int file, const void* bytes, std::size_t size);
+extern "C" ssize_t __wrap_write(int file, const void* bytes, std::size_t size) {
+    return fails("write") ? -1 : __real_write(file, bytes, shortOf(size));
+}
+
+extern "C" int __real_open(const char* path, int flags, ...);
+extern "C" int __wrap_open(const char* path, int flags, ...);
+extern "C" int __wrap_open(const char* path, int flags, ...) {
+    std::va_list rest;
+    va_start(rest, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
+    va_end(rest);
+    return fails("open") ? -1 : __real_open(path, flags, mode);
+}
+
+extern "C" int __real_openat(int folder, const char* path, int flags, ...);
+extern "C" int __wrap_openat(int folder, const char* path, int flags, ...);
+extern "C" int __wrap_openat(int folder, const char* path, int flags, ...) {
+    std::va_list rest;
+    va_start(rest, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
+    va_end(rest);
+    return fails("openat") ? -1 : __real_openat(folder, path, flags, mode);
+}
+
+/// The library gives it a lock, a number or nothing; all of them fit a pointer.
+extern "C" int __real_fcntl(int file, int command, ...);
+extern "C" int __wrap_fcntl(int file, int command, ...);
+extern "C" int __wrap_fcntl(int file, int command, ...) {
+    std::va_list rest;
+    va_start(rest, command);
+    void* const argument = va_arg(rest, void*);
+    va_end(rest);
+    return fails("fcntl") ? -1 : __real_fcntl(file, command, argument);
+}
+
+// NOLINTEND(bugprone-reserved-identifier)

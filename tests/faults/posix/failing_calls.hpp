@@ -1,0 +1,24 @@
+// The calls of the system that the library makes, counted, and one of them failing. For programs linked with
+// --wrap for each of them; the list is in failing_calls.cpp.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace tallowmere::test {
+
+/// From now on calls are counted from 1, and the n-th fails with `error`; 0: none does. What a failing call gives
+/// is what the system gives: -1, null or MAP_FAILED, and nothing is done. Not for several threads.
+void failCall(std::size_t nth, int error) noexcept;
+
+/// From now on calls are counted, and each read and write moves one byte at most.
+void shortenTransfers() noexcept;
+
+/// Calls are done as they come again. How many there were since failCall.
+std::size_t endFailing() noexcept;
+
+/// Name of the call that failed last; empty when none did.
+[[nodiscard]] const char* failedCall() noexcept;
+
+} // namespace tallowmere::test

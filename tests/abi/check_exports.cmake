@@ -1,9 +1,12 @@
-# Fails unless the library shows exactly the eleven functions:
-#   cmake -DLIBRARY=... -DNM=... | -DOBJDUMP=... -P check_exports.cmake
+# Fails unless the library shows exactly the eleven functions, or those that EXPECTED names:
+#   cmake -DLIBRARY=... -DNM=... | -DOBJDUMP=... [-DEXPECTED=...] -P check_exports.cmake
 cmake_minimum_required(VERSION 3.25)
 set(expected
     GetBoatNum GetSysBool GetSysVar GetZanVar GetZanVar2 GetZanVarName GetZanVarNum
     SetMOB SetZanUserVarName SetZanVar SetZanVar2)
+if(EXPECTED)
+    set(expected ${EXPECTED})
+endif()
 
 if(OBJDUMP) # a Windows library: the table is printed as lines of "[   3] GetZanVar"
     execute_process(COMMAND ${OBJDUMP} -p ${LIBRARY} OUTPUT_VARIABLE text COMMAND_ERROR_IS_FATAL ANY)

@@ -30,4 +30,7 @@ class ClientProcess {
     int fromChild_ = -1;
 };
 
+/// A client whose library is loaded.
+using ReadyClient = ClientProcess;
+
 } // namespace tallowmere::test

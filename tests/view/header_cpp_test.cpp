@@ -1,0 +1,12 @@
+// The header is the first thing that the compiler sees here, and nothing else is there in C++17.
+#include <tallowmere/view.hpp>
+
+#include <type_traits>
+
+using tallowmere::view::View;
+
+static_assert(!std::is_copy_constructible_v<View> && !std::is_copy_assignable_v<View>);
+static_assert(std::is_nothrow_move_constructible_v<View> && std::is_nothrow_move_assignable_v<View>);
+static_assert(noexcept(tlm_view_refresh(nullptr)) && noexcept(tlm_view_read(nullptr, 0, 0, nullptr)));
+static_assert(sizeof(tallowmere::view::Value) == sizeof(tlm_view_value));
+static_assert(std::is_trivially_copyable_v<tallowmere::view::Value>);

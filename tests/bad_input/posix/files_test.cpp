@@ -1,0 +1,183 @@
+// Files that may not be read, files that change while they are read, the settings file and the log.
+#include "log/system_log.hpp"
+#include "tests/bad_input/started_files.hpp"
+#include "tests/contract/posix_children.hpp"
+#include "tests/contract/posix_surroundings.hpp"
+#include "tests/support/case_count.hpp"
+
+#include <atomic>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+namespace tallowmere::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr uid_t kNobody = 65534;
+
+class PosixBadFiles : public FilesTest {
+  protected:
+    /// The machine's own folder, which holds everything.
+    [[nodiscard]] fs::path top() const { return machine.folder().parent_path().parent_path(); }
+    [[nodiscard]] fs::path settingsFile() const { return top() / "config" / "tallowmere" / "registry.reg"; }
+    void giveAllTo(uid_t user) const {
+        ASSERT_EQ(::lchown(top().c_str(), user, user), 0);
+        for (const fs::path& each : fs::recursive_directory_iterator(top()))
+            ASSERT_EQ(::lchown(each.c_str(), user, user), 0);
+    }
+    static int bitsOf(const Taken& taken) {
+        int bits = taken.foreign ? 64 : 0;
+        for (std::size_t i = 0; i < kFiles; ++i) bits |= taken.file[i] ? 1 << i : 0;
+        return bits;
+    }
+    int bitsAsNobody() {
+        return runAs(kNobody, [] { return bitsOf(startHost()); });
+    }
+};
+
+TEST_F(PosixBadFiles, OnesThatMayNotBeReadLeaveTheirDefault) {
+    if (::geteuid() != 0) GTEST_SKIP() << "takes another user, so root";
+    CaseCount cases("files");
+    giveAllTo(kNobody);
+    ASSERT_EQ(bitsAsNobody(), bitsOf(allBut(kFiles)));
+    for (std::size_t i = 0; i < kFiles; ++i) {
+        ++cases;
+        ASSERT_EQ(::chmod(path(kGoodFiles[i].path).c_str(), 0), 0);
+        EXPECT_EQ(bitsAsNobody(), bitsOf(allBut(i))) << kGoodFiles[i].path;
+        ASSERT_EQ(::chmod(path(kGoodFiles[i].path).c_str(), 0600), 0);
+    }
+    ++cases;
+    ASSERT_EQ(::chmod(settingsFile().c_str(), 0), 0);
+    EXPECT_EQ(bitsAsNobody(), 0); // neither folder nor calibration is named
+    ASSERT_EQ(::chmod(settingsFile().c_str(), 0600), 0);
+    for (const char* folder : {"config", "calibration"}) {
+        ++cases;
+        ASSERT_EQ(::chmod((machine.folder() / folder).c_str(), 0), 0);
+        const int without = folder[1] == 'o' ? 8 | 16 : 1 | 2 | 4;
+        EXPECT_EQ(bitsAsNobody(), without) << folder;
+        ASSERT_EQ(::chmod((machine.folder() / folder).c_str(), 0700), 0);
+    }
+    EXPECT_EQ(bitsAsNobody(), bitsOf(allBut(kFiles)));
+}
+
+TEST_F(PosixBadFiles, TheSettingsFileMissingAFolderEmptyHugeOrNoiseGivesDefaults) {
+    CaseCount cases("files");
+    const std::string good = readBytes(settingsFile());
+    const auto expectNone = [&](const char* what) {
+        ++cases;
+        EXPECT_EQ(startHost(), Taken{}) << what;
+        fs::remove_all(settingsFile());
+    };
+    fs::remove(settingsFile());
+    expectNone("missing");
+    fs::create_directory(settingsFile());
+    expectNone("a folder");
+    writeBytes(settingsFile(), "");
+    expectNone("empty");
+    for (const std::uintmax_t size : {(16U << 20) + 1U, 64U << 20}) {
+        writeBytes(settingsFile(), good);
+        fs::resize_file(settingsFile(), size);
+        expectNone("huge");
+    }
+    for (const char* noise : {"\xFF\xFE\x41", "\xFE\xFF", "\xEF\xBB\xBF", "[", "\"=", "[HKEY_CURRENT_USER\\Software"}) {
+        writeBytes(settingsFile(), noise);
+        expectNone(noise);
+    }
+    writeBytes(settingsFile(), good);
+    fs::resize_file(settingsFile(), 16U << 20); // as large as it may be: zeros behind the last line
+    ++cases;
+    EXPECT_EQ(startHost(), allBut(kFiles));
+}
+
+/// Somebody cuts, replaces and lengthens a file all the while: what is read is the file at some moment, and the
+/// others are read whole.
+TEST_F(PosixBadFiles, OnesThatChangeWhileTheyAreReadDoNoHarm) {
+    CaseCount cases("starts");
+    std::string large = "<boats>";
+    for (int i = 0; i < 4'000; ++i) large += "<boat id=\"3\" name=\"Falcon\"/>";
+    large += "</boats>";
+    std::string table = "0,1,2,3,4,5,6,7,8,9\n";
+    for (int i = 0; i < 4'000; ++i) table += "0,1,2,3,4,5,6,7,8,9\n";
+    std::string channels = "<channels>";
+    for (int i = 0; i < 4'000; ++i) channels += "<channel id=\"180\" user=\"Keel depth\"/>";
+    channels += "</channels>";
+    std::string curve = "0\n0 3\n";
+    for (int i = 0; i < 20'000; ++i) curve += "! nothing\n";
+    const std::string contents[kFiles] = {large, channels, table, curve, curve};
+    for (std::size_t i = 0; i < 4; ++i) {
+        std::atomic<bool> over = false;
+        const fs::path file = path(kGoodFiles[i].path);
+        std::thread changer([&] {
+            const fs::path other = file.string() + ".other";
+            while (!over) {
+                std::error_code ignored;
+                writeBytes(file, contents[i]);
+                fs::resize_file(file, contents[i].size() / 2, ignored);
+                writeBytes(other, contents[i]);
+                fs::rename(other, file, ignored);
+                for (int k = 0; k < 3; ++k) std::ofstream(file, std::ios::binary | std::ios::app) << contents[i];
+                fs::remove(file, ignored);
+            }
+        });
+        for (int start = 0; start < 40; ++start) {
+            ++cases;
+            const Taken taken = startHost();
+            EXPECT_FALSE(taken.foreign) << kGoodFiles[i].path;
+            for (std::size_t k = 0; k < kFiles; ++k)
+                if (k != i) {
+                    EXPECT_TRUE(taken.file[k]) << kGoodFiles[k].path << " beside " << kGoodFiles[i].path;
+                }
+        }
+        over = true;
+        changer.join();
+        writeBytes(file, kGoodFiles[i].content);
+    }
+    EXPECT_EQ(startHost(), allBut(kFiles));
+}
+
+TEST_F(PosixBadFiles, ALogThatCannotBeWrittenLosesTheLineOnly) {
+    CaseCount cases("logs");
+    CCore core(false);
+    ASSERT_NE(core.area(), nullptr);
+    core.system().setFlag(1, 0); // the file's date is UTC
+    const fs::path folder = machine.folder() / "log_system";
+    const auto write = [&] {
+        ++cases;
+        const int nothing = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+        const int before = ::dup(STDERR_FILENO);
+        ::dup2(nothing, STDERR_FILENO);
+        WriteSystemLog(core.context(), u"A message");
+        ::dup2(before, STDERR_FILENO);
+        ::close(before);
+        ::close(nothing);
+    };
+    write();
+    ASSERT_TRUE(fs::is_directory(folder));
+    const fs::path log = fs::directory_iterator(folder)->path();
+    const std::string line = readBytes(log);
+    EXPECT_TRUE(line.ends_with(" : A message\n"));
+    write();
+    EXPECT_EQ(readBytes(log).size(), 2 * line.size());
+    fs::remove(log);
+    fs::create_directory(log);
+    write();
+    EXPECT_TRUE(fs::is_directory(log));
+    fs::remove(log);
+    ASSERT_EQ(::mkfifo(log.c_str(), 0600), 0);
+    write(); // nobody reads it, and nobody waits
+    fs::remove(log);
+    writeBytes(log, "");
+    fs::resize_file(log, std::uintmax_t{1} << 32);
+    write();
+    EXPECT_EQ(fs::file_size(log), (std::uintmax_t{1} << 32) + line.size());
+    fs::remove_all(folder);
+    std::ofstream(folder) << "no folder";
+    write();
+    EXPECT_EQ(readBytes(folder), "no folder");
+}
+
+} // namespace
+} // namespace tallowmere::test

@@ -2,8 +2,6 @@
 
 #include "core/channels/section_access.hpp"
 
-#include <cstring>
-
 namespace tallowmere {
 
 int raiseManOverboard(const Context& context, double latitude, double longitude) noexcept {
@@ -14,7 +12,7 @@ int raiseManOverboard(const Context& context, double latitude, double longitude)
     // The whole field is written, so nothing of an older, longer name is left behind the terminator.
     static constexpr char kName[sizeof(MobMark::name)] = "MOB";
     MobMark& mark = context.area->mob;
-    std::memcpy(mark.name, kName, sizeof kName);
+    for (std::size_t i = 0; i < sizeof kName; ++i) writeOnce(mark.name[i], kName[i]);
     writeOnce(mark.latitude, latitude);
     writeOnce(mark.longitude, longitude);
     writeOnce(mark.flagA, 1);

@@ -1,15 +1,17 @@
 // How the library touches the shared section: each field is taken once and written once, in one piece,
-// whatever other processes do meanwhile. No lock, no atomic operation.
+// whatever other threads and processes do meanwhile (docs/threading.md). No lock, and no operation that the
+// processor would have to make atomic: a relaxed load or store is a plain one that the compiler neither
+// splits, repeats nor leaves out, and the language's way to say that others write here too.
 #pragma once
 
 #include "core/channels/shared_area.hpp"
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -17,14 +19,14 @@ namespace tallowmere {
 
 /// Reads a naturally aligned field exactly once, so that a value that was checked is the value used.
 template <class T> [[nodiscard]] inline T readOnce(const T& field) noexcept {
-    static_assert(std::is_arithmetic_v<T>);
-    return *static_cast<const volatile T*>(&field);
+    static_assert(std::is_arithmetic_v<T> && std::atomic_ref<T>::is_always_lock_free);
+    return std::atomic_ref<T>(const_cast<T&>(field)).load(std::memory_order_relaxed);
 }
 
 /// Writes a naturally aligned field in one store.
 template <class T> inline void writeOnce(T& field, std::type_identity_t<T> value) noexcept {
-    static_assert(std::is_arithmetic_v<T>);
-    *static_cast<volatile T*>(&field) = value;
+    static_assert(std::is_arithmetic_v<T> && std::atomic_ref<T>::is_always_lock_free);
+    std::atomic_ref<T>(field).store(value, std::memory_order_relaxed);
 }
 
 /// A value record in two registers. Kept this way because a record that is filled field by field and
@@ -81,40 +83,42 @@ static_assert(std::endian::native == std::endian::little, "the section is little
 
 namespace detail {
 inline constexpr std::size_t kPayloadWord = offsetof(ChannelValue, payload) / sizeof(std::uint64_t);
-using AliasingWord [[gnu::may_alias]] = std::uint64_t;
+inline std::uint64_t& wordOf(ChannelValue& record, std::size_t word) noexcept {
+    return reinterpret_cast<std::uint64_t*>(&record)[word];
+}
 } // namespace detail
 
-/// Copies a record out of the section (or from a caller) as two 8-byte loads.
+/// Copies a record out of the section as two 8-byte loads.
 [[nodiscard]] inline Record loadRecord(const ChannelValue& from) noexcept {
-    const auto* words = reinterpret_cast<const volatile detail::AliasingWord*>(&from);
-    return {words[0], words[detail::kPayloadWord]};
+    auto& record = const_cast<ChannelValue&>(from);
+    const std::uint64_t header = readOnce(detail::wordOf(record, 0));
+    return {header, readOnce(detail::wordOf(record, detail::kPayloadWord))};
 }
 
 /// Copies a record into the section as two 8-byte stores, header first.
 inline void storeRecord(ChannelValue& to, const Record& record) noexcept {
-    auto* words = reinterpret_cast<volatile detail::AliasingWord*>(&to);
-    words[0] = record.header;
-    words[detail::kPayloadWord] = record.payload;
+    writeOnce(detail::wordOf(to, 0), record.header);
+    writeOnce(detail::wordOf(to, detail::kPayloadWord), record.payload);
 }
 
 /// Replaces the payload only; the header with its kind byte stays.
 inline void storePayload(ChannelValue& to, std::uint64_t payload) noexcept {
-    reinterpret_cast<volatile detail::AliasingWord*>(&to)[detail::kPayloadWord] = payload;
+    writeOnce(detail::wordOf(to, detail::kPayloadWord), payload);
 }
 
 /// Writes text into a fixed field: at most its size less one characters, always terminated, the rest
 /// of the field as it was.
 template <std::size_t Size> inline void writeText(char16_t (&field)[Size], std::u16string_view text) noexcept {
     const std::size_t length = std::min(text.size(), Size - 1);
-    std::copy_n(text.data(), length, field);
-    field[length] = u'\0';
+    for (std::size_t i = 0; i < length; ++i) writeOnce(field[i], text[i]);
+    writeOnce(field[length], u'\0');
 }
 
 /// Copies a text field out of the section. Ends at the terminator, or at the field's last character
 /// when somebody has overwritten the terminator.
 template <std::size_t Size> [[nodiscard]] inline std::u16string readText(const char16_t (&field)[Size]) {
     std::array<char16_t, Size> copy;
-    std::memcpy(copy.data(), field, sizeof field);
+    for (std::size_t i = 0; i < Size; ++i) copy[i] = readOnce(field[i]);
     return {copy.begin(), std::find(copy.begin(), copy.end() - 1, u'\0')};
 }
 

@@ -21,8 +21,10 @@ std::optional<TimeZone> localTimeZone() noexcept {
     return TimeZone{bias, 0, false};
 }
 
-void sleepFor(unsigned milliseconds) noexcept {
-    timespec left{static_cast<std::time_t>(milliseconds / 1000), static_cast<long>(milliseconds % 1000) * 1'000'000};
+void sleepFor(std::chrono::microseconds time) noexcept {
+    constexpr std::int64_t kMicroseconds = 1'000'000; // a second
+    timespec left{static_cast<std::time_t>(time.count() / kMicroseconds),
+                  static_cast<long>(time.count() % kMicroseconds) * 1000};
     while (::clock_nanosleep(CLOCK_MONOTONIC, 0, &left, &left) == EINTR) {
     }
 }

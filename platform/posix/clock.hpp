@@ -3,6 +3,7 @@
 
 #include "platform/platform.hpp"
 
+#include <chrono>
 #include <ctime>
 
 namespace tallowmere::platform::posix {
@@ -18,6 +19,6 @@ namespace tallowmere::platform::posix {
 }
 
 [[nodiscard]] std::optional<TimeZone> localTimeZone() noexcept;
-void sleepFor(unsigned milliseconds) noexcept;
+void sleepFor(std::chrono::microseconds time) noexcept;
 
 } // namespace tallowmere::platform::posix

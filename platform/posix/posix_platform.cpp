@@ -20,7 +20,9 @@ class PosixPlatform final : public Platform {
 
     [[nodiscard]] std::int64_t now() const noexcept override { return wallClock(); }
     [[nodiscard]] std::optional<TimeZone> timeZone() const noexcept override { return localTimeZone(); }
-    void sleepMilliseconds(unsigned milliseconds) const noexcept override { sleepFor(milliseconds); }
+    void sleepMilliseconds(unsigned milliseconds) const noexcept override {
+        sleepFor(std::chrono::milliseconds(milliseconds));
+    }
 
     [[nodiscard]] std::unique_ptr<SharedSection> openOrCreateSection(const std::u16string& name,
                                                                      std::size_t bytes) const override {

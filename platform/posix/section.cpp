@@ -30,7 +30,12 @@
 namespace tallowmere::platform::posix {
 namespace {
 
-constexpr int kPatience = 500; // tries, a millisecond apart
+/// Making the section takes a fraction of a millisecond, so who meets a maker asks again soon at first.
+constexpr int kSoonTries = 20;
+constexpr int kPatience = kSoonTries + 500; // tries
+constexpr std::chrono::microseconds pauseAfter(int attempt) noexcept {
+    return std::chrono::microseconds(attempt < kSoonTries ? 50 : 1000);
+}
 
 constexpr struct flock lifeByte(short type) noexcept {
     struct flock lock {};
@@ -193,7 +198,7 @@ HeldFile holdFile(std::u16string_view name, std::size_t bytes, bool mayMake) noe
         setHold(file.get(), F_UNLCK);
         if (hold == Hold::Swept) continue;
         if (hold != Hold::Later) return {{}, hold};
-        sleepFor(1);
+        sleepFor(pauseAfter(attempt));
     }
     return {};
 }

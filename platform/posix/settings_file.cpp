@@ -77,7 +77,7 @@ bool SettingsFile::replace(const std::string& bytes) const {
 SettingsFile::WriteLock::WriteLock(const SettingsFile& file) noexcept : folder_(file.folder_.get()) {
     for (int attempt = 0; folder_ >= 0 && attempt < kPatience && !held_; ++attempt) {
         held_ = ::flock(folder_, LOCK_EX | LOCK_NB) == 0;
-        if (!held_) sleepFor(1);
+        if (!held_) sleepFor(std::chrono::milliseconds(1));
     }
 }
 

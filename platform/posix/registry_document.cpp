@@ -63,6 +63,13 @@ Place findPlace(const std::string& text, std::u16string_view path, std::u16strin
     return place;
 }
 
+/// True when the text's last line, which is ended, asks for another one.
+bool asksForMore(std::string_view text) noexcept {
+    text.remove_suffix(1);
+    const std::size_t last = text.find_last_not_of(" \t\r");
+    return last != text.npos && text[last] == '\\';
+}
+
 std::string_view lineEndOf(std::string_view text) noexcept {
     const std::size_t end = text.find('\n');
     if (end == text.npos) return kLineEnd;
@@ -93,6 +100,8 @@ std::optional<RegistryValues> RegistryDocument::values(std::u16string_view path)
 void RegistryDocument::startLine() {
     if (text_.empty()) text_.append(kFirstLine).append(kLineEnd);
     if (text_.back() != '\n') text_ += lineEndOf(text_);
+    // A byte list that was cut off would take the next line for a part of it.
+    if (asksForMore(text_)) text_ += lineEndOf(text_);
 }
 
 bool RegistryDocument::addKey(std::u16string_view path) {

@@ -239,6 +239,15 @@ TEST(RegistryChange, AMissingLastLineEndIsAdded) {
     EXPECT_EQ(withFive("; mine"), "; mine\r\n\r\n" + kKeyLine + kFive + "\r\n");
 }
 
+TEST(RegistryChange, AByteListCutOffAtTheEndDoesNotSwallowWhatFollows) {
+    for (const std::string end : {"", "\r\n", " \r\n"}) {
+        const std::string cut = kKeyLine + "\"u\"=hex:01,02,\\" + end;
+        const std::string changed = withFive(cut);
+        EXPECT_EQ(valueIn(changed, u"u"), "3:0102") << end.size();
+        EXPECT_EQ(valueIn(changed, u"u"), valueIn(cut, u"u")) << end.size();
+    }
+}
+
 TEST(RegistryChange, WhatIsDeletedFurtherDownIsWrittenBelowThat) {
     withFive(kKeyLine + "\"v\"=dword:1\r\n\"v\"=-\r\n");
     withFive(kKeyLine + "\"v\"=dword:1\r\n[-HKCU\\Software]\r\n");

@@ -1,0 +1,25 @@
+#include "fuzz/support/exports_core.hpp"
+
+#include "api/library_core.hpp"
+#include "fuzz/support/fuzz_platform.hpp"
+
+namespace tallowmere {
+namespace detail {
+
+constinit SharedArea* liveArea = nullptr;
+alignas(ValueStore) std::byte liveValues[sizeof(ValueStore)];
+
+ValueStore& valuesWithoutSection() noexcept {
+    static fuzz::FuzzPlatform platform;
+    static ValueStore values(Context{platform, nullptr});
+    return values;
+}
+
+} // namespace detail
+
+void fuzz::exportCore(CCore& core) noexcept {
+    ::new (detail::liveValues) ValueStore(core.values());
+    detail::liveArea = core.area();
+}
+
+} // namespace tallowmere

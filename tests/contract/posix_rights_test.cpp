@@ -102,6 +102,57 @@ TEST_F(PosixRights, AStrangerInTheOwnersFoldersGetsNothingOfTheirs) {
               0);
 }
 
+/// Everybody may write to that folder; what keeps the section is its mode and the folder's sticky bit.
+TEST_F(PosixRights, AStrangerNeitherOpensNorMovesNorRemovesASectionInTheSharedMemoryFolder) {
+    surroundings_.setVariable("XDG_RUNTIME_DIR", std::nullopt);
+    Child owner([&](const Child::Line& line) {
+        if (::setgid(kOwner) != 0 || ::setuid(kOwner) != 0) return 1;
+        ::umask(0);
+        const auto section = platform_.openOrCreateSection(name(), kBytes);
+        line.say(section ? 'r' : 'x');
+        line.await();
+        return 0;
+    });
+    ASSERT_EQ(owner.hear(), 'r');
+    EXPECT_EQ(runAs(kStranger,
+                    [&] {
+                        const std::string elsewhere = shared().string() + ".moved";
+                        if (!isRefused(shared())) return 1;
+                        if (::unlink(shared().c_str()) == 0) return 2;
+                        if (::rename(shared().c_str(), elsewhere.c_str()) == 0) return 3;
+                        if (::chmod(shared().c_str(), 0666) == 0) return 4;
+                        // Under the stranger's own number lies the stranger's own section.
+                        const auto section = platform_.openOrCreateSection(name(), kBytes);
+                        return section != nullptr && !section->existed() ? 0 : 5;
+                    }),
+              0);
+    fs::remove("/dev/shm/" + fs::path(name()).string() + "." + std::to_string(kStranger));
+}
+
+/// However open the owner's mask is, what the library makes takes nothing from others.
+TEST_F(PosixRights, AStrangerPlantsNothingInWhatTheLibraryMade) {
+    surroundings_.giveTo(kOwner);
+    const auto makeAll = [&] {
+        ::umask(0);
+        return platform_.createSettings(kKey) && platform_.openOrCreateSection(u"Section", kBytes) ? 0 : 1;
+    };
+    ASSERT_EQ(runAs(kOwner, makeAll), 0);
+    for (const fs::path& folder : {surroundings_.top(), surroundings_.runtime(), surroundings_.config()})
+        ASSERT_EQ(::chmod(folder.c_str(), 0755), 0);
+    EXPECT_EQ(
+        runAs(kStranger,
+              [&] {
+                  int planted = 0;
+                  for (const fs::path& folder : {surroundings_.runtime(), surroundings_.settingsFile().parent_path()}) {
+                      if (::open((folder / "planted").c_str(), O_CREAT | O_WRONLY, 0600) >= 0) ++planted;
+                      if (::symlink("/etc/passwd", (folder / "link").c_str()) == 0) ++planted;
+                  }
+                  return planted;
+              }),
+        0);
+    EXPECT_EQ(runAs(kStranger, [&] { return platform_.createSettings(kKey) ? 1 : 0; }), 0);
+}
+
 TEST_F(PosixRights, APlantedSectionIsRefused) {
     surroundings_.setVariable("XDG_RUNTIME_DIR", std::nullopt);
     writeBytes(shared(), std::string(kBytes, 'x'));

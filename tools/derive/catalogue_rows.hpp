@@ -40,5 +40,11 @@ inline constexpr Row kRows[] = {
 [[nodiscard]] std::string constantsHeader();
 /// docs/channels.md
 [[nodiscard]] std::string channelTable();
+/// bindings/python/tallowmere/channel_ids.py
+[[nodiscard]] std::string pythonConstants();
+/// bindings/node/lib/channel_ids.js
+[[nodiscard]] std::string nodeConstants();
+/// bindings/node/lib/channel_ids.d.ts
+[[nodiscard]] std::string nodeTypes();
 
 } // namespace tallowmere::derive

@@ -18,6 +18,9 @@ struct DerivedFile {
 constexpr DerivedFile kFiles[] = {
     {"/include/tallowmere/channels.h", constantsHeader},
     {"/docs/channels.md", channelTable},
+    {"/bindings/python/tallowmere/channel_ids.py", pythonConstants},
+    {"/bindings/node/lib/channel_ids.js", nodeConstants},
+    {"/bindings/node/lib/channel_ids.d.ts", nodeTypes},
 };
 
 // Binary everywhere: the same bytes from every platform.

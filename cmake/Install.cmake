@@ -1,9 +1,9 @@
-# What a client gets: the shared library with its public headers, find_package(tallowmere) and pkg-config; the
+# What a client gets: the shared libraries with their public headers, find_package(tallowmere) and pkg-config; the
 # command-line program; the documents. Host programs take the static core from the source tree
 # (add_subdirectory): its headers are no stable interface.
 include(CMakePackageConfigHelpers)
 
-install(TARGETS tallowmere EXPORT tallowmere
+install(TARGETS tallowmere tallowmere_view EXPORT tallowmere
     RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
@@ -21,8 +21,10 @@ write_basic_package_version_file(${CMAKE_BINARY_DIR}/tallowmere-config-version.c
 install(FILES ${CMAKE_BINARY_DIR}/tallowmere-config.cmake ${CMAKE_BINARY_DIR}/tallowmere-config-version.cmake
     DESTINATION ${package_dir})
 
-configure_file(cmake/tallowmere.pc.in ${CMAKE_BINARY_DIR}/tallowmere.pc @ONLY)
-install(FILES ${CMAKE_BINARY_DIR}/tallowmere.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+foreach(package tallowmere tallowmere_view)
+    configure_file(cmake/${package}.pc.in ${CMAKE_BINARY_DIR}/${package}.pc @ONLY)
+    install(FILES ${CMAKE_BINARY_DIR}/${package}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()
 
 install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR})

@@ -122,11 +122,10 @@ TEST_F(LiveView, GivesSystemValuesAndTheMark) {
     EXPECT_EQ(view_.flag(60), std::nullopt);
     EXPECT_EQ(view_.manOverboard(), std::nullopt);
 
-    ReceivingWindow host;
-    const std::uint64_t window = host.handle();
+    const std::uint64_t window = 0x7FFFFFF1; // of nobody: the mark is stored all the same
     std::memcpy(liveSection() + 8, &window, sizeof window);
     EXPECT_EQ(tlm_view_host_window(view_.get()), window);
-    ASSERT_NE(SetMOB(54.5, 10.25), 0);
+    EXPECT_EQ(SetMOB(54.5, 10.25), 0);
     ASSERT_TRUE(view_.manOverboard());
     EXPECT_EQ(view_.manOverboard()->latitude, 54.5);
     EXPECT_EQ(view_.manOverboard()->longitude, 10.25);

@@ -1,0 +1,261 @@
+// Processes killed at random moments, while they make the section too.
+#include "tests/torture/roles.hpp"
+#include "tests/torture/self_checking.hpp"
+#include "tests/torture/system.hpp"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+
+namespace tallowmere::torture {
+namespace {
+
+constexpr std::int64_t kMillisecond = 1'000'000; // ns
+constexpr std::int64_t kLongestVictim = 600'000 * kMillisecond;
+constexpr ChannelIndex kOwnChannel = ZAN_USER_20; // written by newcomers only
+constexpr int kTries = 1000;
+
+/// Places that the victims use: the compact channels, and a full block's last user channels.
+const std::vector<Place>& victimPlaces() {
+    static const std::vector<Place> places = compactPlaces(false);
+    return places;
+}
+
+/// A value that somebody wrote there, or the zero that stands in a section that is being filled.
+bool isPlausible(double value, const Place& place) {
+    return value == 0.0 || originOf(value, place.channel, place.boat);
+}
+
+/// Says 'L' before each loading, 'l' after it: the last word of a killed one tells what it was at.
+void attachAndDetach() {
+    say("L");
+    const Library library;
+    say("l");
+}
+
+void writeAll(const Library& library, std::uint32_t sequence) {
+    for (const auto& [channel, boat] : victimPlaces())
+        library.setZanVar(channel, selfChecking({1, sequence}, channel, boat), boat);
+}
+
+void readAll(const Library& library) {
+    for (const Place& place : victimPlaces()) {
+        double value = 0;
+        std::uint16_t source = 0;
+        if (library.getZanVar(place.channel, &value, place.boat, &source) != 0 && !isPlausible(value, place)) say("!");
+    }
+}
+
+/// The longest of the timed calls.
+class Longest {
+  public:
+    template <class Call> void time(Call call) {
+        const Moment start = Moment::now();
+        call();
+        const Moment took = Moment::now() - start;
+        if (took.wall >= took_.wall) took_ = took;
+    }
+    [[nodiscard]] const Moment& took() const { return took_; }
+
+  private:
+    Moment took_{};
+};
+
+std::string asWords(const Moment& took) {
+    std::ostringstream words;
+    words << took.wall << ' ' << took.computing << ' ' << took.waits << ' ' << took.preempted << ' ';
+    return words.str();
+}
+
+/// How long one kind of call took, over all newcomers.
+class Times {
+  public:
+    void add(const Moment& took) {
+        all_.push_back(took.wall);
+        computing_ = std::max(computing_, took.computing);
+        if (took.wall <= kMillisecond) return;
+        ++over_;
+        if (took.computing > kMillisecond)
+            ++computed_;
+        else if (took.waits > 0)
+            ++waited_;
+        else
+            ++preempted_;
+    }
+    void print(const char* what) {
+        std::ranges::sort(all_);
+        const auto at = [&](double share) {
+            const double index = share * static_cast<double>(all_.size() - 1);
+            return microseconds(all_[static_cast<std::size_t>(index)]);
+        };
+        std::printf("%s: median %.1f us, 99 %% %.1f us, longest %.1f us; over 1 ms: %u of %zu", what, at(0.5), at(0.99),
+                    at(1.0), over_, all_.size());
+        if (Moment::tellsComputing())
+            std::printf(" (%u computed longer, %u waited, %u were preempted); longest computing %.1f us", computed_,
+                        waited_, preempted_, microseconds(computing_));
+        std::printf("\n");
+    }
+
+  private:
+    static double microseconds(std::int64_t nanoseconds) { return static_cast<double>(nanoseconds) / 1e3; }
+
+    std::vector<std::int64_t> all_;
+    std::int64_t computing_ = 0;
+    unsigned over_ = 0;
+    unsigned computed_ = 0;
+    unsigned waited_ = 0;
+    unsigned preempted_ = 0;
+};
+
+class Trial {
+  public:
+    Trial(unsigned kills, std::uint32_t seed) : kills_(kills), random_(seed) {}
+
+    void run() {
+        for (unsigned kill = 0; kill < kills_; ++kill) {
+            fillUp();
+            sleepMicroseconds(below(2) == 0 ? below(600) : below(6000));
+            killOne();
+            sendNewcomer(kill);
+        }
+    }
+
+    void print() {
+        std::printf("%u kills: %u while attaching, %u of these with nobody else there, so making the section\n", kills_,
+                    whileAttaching_, whileMaking_);
+        std::printf("%u newcomers ran with a priority that others don't have\n", first_);
+        attach_.print("attach");
+        calls_.print("read or write (the longest of each newcomer)");
+        std::printf("newcomers whose first write came back at once: %u, after another attempt because the section "
+                    "was being filled: %u; newcomers that met a section filled in part: %u\n",
+                    kills_ - again_, again_, partlyFilled_);
+    }
+
+  private:
+    struct Victim {
+        Process process;
+        std::string last; // of what it said
+    };
+
+    unsigned below(unsigned end) { return std::uniform_int_distribution<unsigned>(0, end - 1)(random_); }
+
+    void fillUp() {
+        static const char* const roles[] = {"attacher", "attacher", "writer", "reader"};
+        const std::size_t wanted = 1 + below(3);
+        while (victims_.size() < wanted)
+            victims_.push_back(std::make_unique<Victim>(Victim{Process({"victim", roles[below(4)]}), {}}));
+        for (const auto& victim : victims_) listen(*victim);
+    }
+
+    static void listen(Victim& victim) {
+        const std::string said = victim.process.overheard();
+        if (said.find('!') != std::string::npos) throw std::runtime_error("a reader met a value that nobody wrote");
+        if (!said.empty()) victim.last = said.substr(said.size() - 1);
+    }
+
+    void killOne() {
+        const auto chosen = victims_.begin() + below(static_cast<unsigned>(victims_.size()));
+        Victim& victim = **chosen;
+        if (!victim.process.kill()) throw std::runtime_error("a victim ended by itself");
+        listen(victim);
+        if (victim.last == "L") {
+            ++whileAttaching_;
+            if (victims_.size() == 1) ++whileMaking_;
+        }
+        victims_.erase(chosen);
+    }
+
+    void sendNewcomer(unsigned kill) {
+        Process newcomer({"newcomer", std::to_string(kill)});
+        std::istringstream words(newcomer.hear());
+        std::string verdict;
+        Moment attach;
+        Moment call;
+        int tries = 0;
+        int filled = 0;
+        int first = 0;
+        words >> verdict >> attach.wall >> attach.computing >> attach.waits >> attach.preempted >> call.wall >>
+            call.computing >> call.waits >> call.preempted >> tries >> filled >> first;
+        if (!words || verdict != "ok") throw std::runtime_error("kill " + std::to_string(kill) + ": " + words.str());
+        if (newcomer.finish() != 0) throw std::runtime_error("a newcomer ended with an error");
+        attach_.add(attach);
+        calls_.add(call);
+        if (tries > 1) ++again_;
+        if (filled == 0) ++partlyFilled_;
+        if (first != 0) ++first_;
+    }
+
+    unsigned kills_;
+    std::mt19937 random_;
+    std::vector<std::unique_ptr<Victim>> victims_;
+    Times attach_;
+    Times calls_;
+    unsigned whileAttaching_ = 0;
+    unsigned whileMaking_ = 0;
+    unsigned again_ = 0;
+    unsigned partlyFilled_ = 0;
+    unsigned first_ = 0;
+};
+
+} // namespace
+
+int beVictim(const Arguments& arguments) {
+    const std::string& role = arguments.at(0);
+    const std::int64_t start = Moment::now().wall;
+    const auto goesOn = [start] { return Moment::now().wall - start < kLongestVictim; };
+    if (role == "attacher") {
+        while (goesOn()) attachAndDetach();
+        return 0;
+    }
+    say("L");
+    const Library library;
+    say("l");
+    for (std::uint32_t sequence = 0; goesOn(); ++sequence)
+        role == "writer" ? writeAll(library, sequence) : readAll(library);
+    return 0;
+}
+
+int beNewcomer(const Arguments& arguments) {
+    const auto number = static_cast<std::uint32_t>(std::stoul(arguments.at(0)));
+    const bool first = comeFirst();
+    std::unique_ptr<Library> library;
+    Longest attach;
+    attach.time([&] { library = std::make_unique<Library>(); });
+    Longest call;
+    const double mine = selfChecking({2, number}, kOwnChannel, 0);
+    double value = 0;
+    double setting = 0;
+    std::uint16_t source = 0;
+    call.time([&] { library->getSysVar(0, &setting); });
+    call.time([&] { library->getZanVar(ZAN_BSP, &value, 0, &source); });
+    // A section that is just being filled may lose a value to its defaults.
+    int tries = 0;
+    bool back = false;
+    bool stored = true;
+    while (!back && stored && tries < kTries) {
+        if (tries++ > 0) sleepMicroseconds(1000);
+        call.time([&] { stored = library->setZanVar(kOwnChannel, mine, 0) != 0; });
+        call.time([&] { back = library->getZanVar(kOwnChannel, &value, 0, &source) != 0 && value == mine; });
+    }
+    const bool filled = setting != 0.0;
+    say((back     ? "ok "
+         : stored ? "lost "
+                  : "refused ") +
+        asWords(attach.took()) + asWords(call.took()) + std::to_string(tries) + (filled ? " 1" : " 0") +
+        (first ? " 1\n" : " 0\n"));
+    return 0;
+}
+
+int runKills(unsigned kills, std::uint32_t seed) {
+    std::printf("seed %u\n", seed);
+    std::fflush(stdout);
+    const Surroundings surroundings;
+    Trial trial(kills, seed);
+    trial.run();
+    trial.print();
+    return 0;
+}
+
+} // namespace tallowmere::torture

@@ -1,0 +1,28 @@
+// The parts that a process of the torture program plays: three trials, and the roles that they give out.
+#pragma once
+
+#include <cstdint>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace tallowmere::torture {
+
+using Arguments = std::vector<std::string>;
+
+/// Kills processes at random moments; after each a fresh one attaches, reads and writes. Exit code.
+int runKills(unsigned kills, std::uint32_t seed);
+int beVictim(const Arguments& arguments);   // attacher, writer or reader; until it is killed
+int beNewcomer(const Arguments& arguments); // after a kill
+
+/// Eight processes write and read at full speed. Exit code.
+int runReaders(unsigned seconds);
+int beRacer(const Arguments& arguments); // writer or reader
+
+/// Many processes on all boats at full speed while others come and go. Exit code.
+int runLoad(unsigned processes, unsigned seconds);
+int beSitter(const Arguments& arguments); // attached all the time
+int beFeeder(const Arguments& arguments); // writes everything in turn
+int beComer(const Arguments& arguments);  // attaches and detaches each 100 ms
+
+} // namespace tallowmere::torture

@@ -1,0 +1,76 @@
+"""Values at regular times, as rows of a table."""
+
+import datetime
+import itertools
+import math
+import time
+from typing import Dict, Iterator, List, Optional, Sequence, Union
+
+from ._view import BoatLike, ChannelLike, Reading, View
+
+#: The moment under "time", then a value (or None) for each channel under its name.
+Sample = Dict[str, Union[datetime.datetime, float, None]]
+
+
+def samples(
+    view: View,
+    channels: Sequence[ChannelLike],
+    interval: float,
+    count: Optional[int],
+    boat: BoatLike,
+    stale: bool,
+    ages: bool,
+) -> Iterator[Sample]:
+    if isinstance(channels, str):
+        raise TypeError("channels is a list of channels, not one text")
+    if not 0 <= interval < math.inf:
+        raise ValueError(f"the interval is 0 or more seconds, not {interval}")
+    if count is not None and count < 0:
+        raise ValueError(f"the count is 0 or more, not {count}")
+    numbers = [view.channel(channel).number for channel in channels]
+    names = [_column(view, channel) for channel in channels]
+    columns = ["time", *names, *(f"{name} age" for name in names if ages)]
+    if len(set(columns)) != len(columns):
+        raise ValueError(f"two columns would have the same name: {', '.join(columns)}")
+    number = view.boat(boat).number
+    # A generator of its own, so that mistakes are told at the call and not at the first row.
+    return _rows(view, numbers, names, interval, count, number, stale, ages)
+
+
+def _column(view: View, channel: ChannelLike) -> str:
+    """As the caller calls it, else by its short name."""
+    if isinstance(channel, str):
+        return channel
+    found = view.channel(channel)
+    return found.name or found.long_name
+
+
+def _rows(
+    view: View,
+    numbers: List[int],
+    names: List[str],
+    interval: float,
+    count: Optional[int],
+    boat: int,
+    stale: bool,
+    ages: bool,
+) -> Iterator[Sample]:
+    start = time.monotonic()
+    tick = 0
+    for done in itertools.count():
+        if count is not None and done >= count:
+            return
+        time.sleep(max(0.0, start + tick * interval - time.monotonic()))
+        group = view.read_group(numbers, boat)
+        row: Sample = {"time": group.moment}
+        row.update((name, _value(reading, stale)) for name, reading in zip(names, group.readings))
+        if ages:
+            row.update((f"{name} age", reading.age) for name, reading in zip(names, group.readings))
+        yield row
+        # Ticks that passed while the caller was busy are left out, not caught up.
+        passed = math.floor((time.monotonic() - start) / interval) if interval > 0 else 0
+        tick = max(tick, passed) + 1
+
+
+def _value(reading: Reading, stale: bool) -> Optional[float]:
+    return reading.value if stale else reading.current

@@ -1,0 +1,132 @@
+"""Programs in folders of their own: no section, sections that go, libraries that are not there."""
+
+import os
+import shutil
+import tempfile
+from pathlib import Path
+
+from support import ROOT, Case, Writer, run
+
+LIBRARIES = os.environ["TALLOWMERE_LIBRARY_PATH"]
+
+
+def run_alone(code: str, **environment):
+    """In an empty place for the section."""
+    with tempfile.TemporaryDirectory() as folder:
+        return run(code, XDG_RUNTIME_DIR=folder, **environment)
+
+
+class WithoutASection(Case):
+    def test_the_catalogue_answers_and_reading_makes_none(self) -> None:
+        done = run_alone(
+            """
+import os, tallowmere as t
+assert t.section() is t.Section.NONE
+assert t.get('BSP') is None and t.read('BSP').freshness is t.Freshness.NONE
+assert t.channel('BSP').unit == 'kt' and t.boats() == [] and t.mob() is None
+assert t.system_variable(0) is None and t.system_integer(6) is None and t.system_flag(0) is None
+assert [row['BSP'] for row in t.samples(['BSP'], 0, 2)] == [None, None]
+assert not t.read_group(['BSP']).is_of_one_moment
+assert os.listdir(os.environ['XDG_RUNTIME_DIR']) == []
+"""
+        )
+        self.assertEqual((done.stdout, done.stderr, done.returncode), ("", "", 0))
+
+    def test_the_first_write_makes_one_and_is_read_at_once(self) -> None:
+        done = run_alone(
+            """
+import tallowmere as t
+assert t.get('BSP') is None
+assert t.set('BSP', 6.4) and t.get('BSP') == 6.4
+assert t.section() is t.Section.ATTACHED
+"""
+        )
+        self.assertEqual((done.stdout, done.stderr, done.returncode), ("", "", 0))
+
+    def test_a_closed_view_is_the_catalogue(self) -> None:
+        done = run_alone(
+            """
+import tallowmere as t
+t.set('BSP', 6.4)
+with t.View() as view:
+    assert view.get('BSP') == 6.4
+view.close()
+assert view.get('BSP') is None and view.channel('BSP').name == 'BSP' and t.get('BSP') == 6.4
+"""
+        )
+        self.assertEqual((done.stdout, done.stderr, done.returncode), ("", "", 0))
+
+    def test_a_section_that_goes_is_noticed(self) -> None:
+        code = f"""
+import sys; sys.path[:0] = [{str(Path(__file__).parent)!r}]
+import tallowmere as t
+from support import Writer
+with Writer("tallowmere.set('BSP', 6.4)"):
+    assert t.section() is t.Section.ATTACHED and t.get('BSP') == 6.4
+assert t.section() is t.Section.GONE and t.get('BSP') is None
+writer = Writer("tallowmere.set('BSP', 7.4)")
+assert t.section() is t.Section.ATTACHED and t.get('BSP') == 7.4
+writer.kill()
+assert t.section() is t.Section.GONE and t.get('BSP') is None
+assert t.set('BSP', 8.4) and t.get('BSP') == 8.4
+"""
+        done = run_alone(code)
+        self.assertEqual((done.stdout, done.stderr, done.returncode), ("", "", 0))
+
+
+class Libraries(Case):
+    def test_missing_ones_are_told_with_what_was_tried(self) -> None:
+        done = run(
+            "import tallowmere as t\ntry: t.get('BSP')\nexcept t.LibraryNotFound as e: print(e)",
+            TALLOWMERE_LIBRARY_PATH="/nowhere:/neither",
+        )
+        self.assertEqual(
+            done.stdout,
+            "the library tallowmere_view could not be loaded. Tried:\n"
+            + "".join(
+                f"  {folder}/libtallowmere_view.so{end}: not there\n"
+                for folder in ("/nowhere", "/neither")
+                for end in (".1", "")
+            )
+            + "Install the Tallowmere libraries, or set TALLOWMERE_LIBRARY_PATH to the folder that holds "
+            "libtallowmere_view.so.1.\n",
+        )
+
+    def test_one_that_is_no_library_is_told(self) -> None:
+        with tempfile.TemporaryDirectory() as folder:
+            Path(folder, "libtallowmere_view.so.1").write_text("no library")
+            done = run(
+                "import tallowmere as t\ntry: t.get('BSP')\nexcept t.LibraryNotFound as e: print(e)",
+                TALLOWMERE_LIBRARY_PATH=folder,
+            )
+        self.assertIn("libtallowmere_view.so.1: file too short", done.stdout)
+
+    def test_are_found_beside_the_package_and_by_the_system(self) -> None:
+        code = "import tallowmere as t; assert t.set('BSP', 1) and t.get('BSP') == 1"
+        with tempfile.TemporaryDirectory() as folder:
+            package = Path(folder, "tallowmere")
+            shutil.copytree(ROOT / "bindings/python/tallowmere", package)
+            for part in LIBRARIES.split(os.pathsep):
+                for library in Path(part).glob("libtallowmere*.so.1"):
+                    shutil.copy(library, package)
+            done = run_alone(code, PYTHONPATH=folder, TALLOWMERE_LIBRARY_PATH=None, LD_LIBRARY_PATH=None)
+            self.assertEqual((done.stderr, done.returncode), ("", 0))
+        done = run_alone(code, TALLOWMERE_LIBRARY_PATH=None, LD_LIBRARY_PATH=LIBRARIES)
+        self.assertEqual((done.stderr, done.returncode), ("", 0))
+
+
+class Package(Case):
+    def test_has_the_version_of_the_libraries(self) -> None:
+        project = (ROOT / "bindings/python/pyproject.toml").read_text(encoding="utf-8")
+        self.assertIn(f'\nversion = "{os.environ["TALLOWMERE_VERSION"]}"\n', project)
+
+    def test_types_hold(self) -> None:
+        done = run("import mypy")
+        if done.returncode != 0:
+            self.skipTest("mypy is not installed")
+        done = run(
+            "import sys; from mypy.api import run; out, err, code = run(sys.argv[1:] or "
+            f"['--config-file', {str(ROOT / 'bindings/python/pyproject.toml')!r}, '--cache-dir', {os.devnull!r},"
+            f" {str(ROOT / 'bindings/python/tallowmere')!r}]); print(out, err); sys.exit(code)"
+        )
+        self.assertEqual(done.returncode, 0, done.stdout)

@@ -124,7 +124,7 @@ TEST_F(BadNames, ResultsGoToTheVeryEndOfMemory) {
     auto* const flag = reinterpret_cast<std::uint8_t*>(values.end() - 1);
     CaseCount cases("calls");
     for (std::uint16_t channel = 0; channel <= 414; ++channel) {
-        for (int i = 0; i < 5; ++i) ++cases;
+        for (int i = 0; i < 6; ++i) ++cases;
         SetZanVar(channel, 1.0, 1);
         GetZanVar(channel, value, 1, source);
         GetZanVar2(channel, record, 1, source);

@@ -240,7 +240,7 @@ TEST_F(BadValues, ProtectedChannelsOfTheOwnBoatAnswerOneAndKeepWhatTheyHad) {
 }
 
 TEST_F(BadValues, EveryNumberAsChannelBoatAndIndexIsAnswered) {
-    CaseCount cases("numbers");
+    CaseCount cases("calls");
     const ChannelValue given{};
     for (unsigned number = 0; number <= 65535; ++number) {
         const auto index = static_cast<std::uint16_t>(number);

@@ -12,7 +12,7 @@ int runGet(const CommandContext& context, const GetOptions& options) {
     if (!channels) return exit_code::kNotFound;
     client.warnWhenAlone();
 
-    const auto readings = readAll(client.values(), *channels, options.boat, context.platform.now());
+    const auto readings = readAll(client.area(), *channels, options.boat, context.platform.now());
     context.out << readingTable(readings, false).text();
     return exit_code::kDone;
 }

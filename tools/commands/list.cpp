@@ -3,11 +3,11 @@
 #include "core/channels/channel_lookup.hpp"
 #include "core/channels/system_values.hpp"
 #include "tools/commands/format.hpp"
-#include "tools/commands/section_view.hpp"
 #include "tools/commands/system_names.hpp"
 #include "tools/commands/table.hpp"
 #include "tools/commands/text.hpp"
 #include "units/unit_names.hpp"
+#include "view/section_reader.hpp"
 
 #include <array>
 #include <cstdio>
@@ -48,40 +48,38 @@ std::string boatTable(const SharedArea& area) {
     return table.text();
 }
 
-std::string variableTables(SharedArea& area) {
-    const SystemValues system(&area);
+std::string variableTables(const SharedArea& area) {
     Table variables({kRight, kRight, kLeft});
     variables.add({"Variable", "Value", "Meaning"});
     for (std::size_t index = 0; index < kSystemVariableCount; ++index) {
-        const double value = system.variable(index);
+        const double value = systemVariable(&area, index);
         variables.add({std::to_string(index), value == NO_VALUE ? kNoValueText : formatNumber(value, kNoPrecision),
                        systemVariableName(index)});
     }
     Table integers({kRight, kRight, kLeft});
     integers.add({"Integer", "Value", "Meaning"});
     for (std::size_t index = 0; index < kSystemIntegerCount; ++index)
-        integers.add({std::to_string(index), std::to_string(system.integer(index)), systemIntegerName(index)});
+        integers.add({std::to_string(index), std::to_string(systemInteger(&area, index)), systemIntegerName(index)});
     return variables.text() + "\n" + integers.text();
 }
 
-std::string flagTable(SharedArea& area) {
-    const SystemValues system(&area);
+std::string flagTable(const SharedArea& area) {
     Table table({kRight, kRight, kLeft});
     table.add({"Flag", "Value", "Meaning"});
     for (std::size_t index = 0; index < kSystemFlagCount; ++index)
-        table.add({std::to_string(index), std::to_string(system.flag(index)), systemFlagName(index)});
+        table.add({std::to_string(index), std::to_string(systemFlag(&area, index)), systemFlagName(index)});
     return table.text();
 }
 
 } // namespace
 
 int runList(const CommandContext& context, ListOf what) {
-    const SectionView section(context.platform);
+    const SectionReader section(context.platform);
     if (what == ListOf::Channels) {
         context.out << channelTable(section.area());
         return exit_code::kDone;
     }
-    if (!section) {
+    if (section.area() == nullptr) {
         context.err << "tallowmere: there is no shared data; it is there while a program that uses it runs, "
                        "for example \"tallowmere feed\"\n";
         return exit_code::kNotFound;

@@ -14,10 +14,10 @@ Table readingTable(const std::vector<Reading>& readings, bool withTitles) {
     return table;
 }
 
-std::vector<Reading> readAll(const ValueStore& values, const std::vector<ChannelIndex>& channels, BoatIndex boat,
+std::vector<Reading> readAll(const SharedArea* area, const std::vector<ChannelIndex>& channels, BoatIndex boat,
                              std::int64_t now) {
     std::vector<Reading> readings;
-    for (const ChannelIndex channel : channels) readings.push_back(readChannel(values, channel, boat, now));
+    for (const ChannelIndex channel : channels) readings.push_back(readChannel(area, channel, boat, now));
     return readings;
 }
 

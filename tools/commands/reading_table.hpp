@@ -12,7 +12,7 @@ namespace tallowmere::tools {
 [[nodiscard]] Table readingTable(const std::vector<Reading>& readings, bool withTitles);
 
 /// The channels of one boat at one moment.
-[[nodiscard]] std::vector<Reading> readAll(const ValueStore& values, const std::vector<ChannelIndex>& channels,
+[[nodiscard]] std::vector<Reading> readAll(const SharedArea* area, const std::vector<ChannelIndex>& channels,
                                            BoatIndex boat, std::int64_t now);
 
 } // namespace tallowmere::tools

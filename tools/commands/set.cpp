@@ -77,7 +77,7 @@ int runSet(const CommandContext& context, const SetOptions& options) {
                     << " has no value now: " << whyCleared(client.area(), channel) << '\n';
         return exit_code::kNotFound;
     }
-    const Reading stored = readChannel(client.values(), channel, options.boat, context.platform.now());
+    const Reading stored = readChannel(client.area(), channel, options.boat, context.platform.now());
     context.out << readingTable({stored}, false).text();
     return exit_code::kDone;
 }

@@ -1,9 +1,9 @@
 #include "tools/commands/status.hpp"
 
-#include "core/ccore.hpp"
+#include "core/channels/section_name.hpp"
 #include "tools/commands/reading.hpp"
-#include "tools/commands/section_view.hpp"
 #include "tools/commands/text.hpp"
+#include "view/section_reader.hpp"
 
 #include <array>
 #include <cstdio>
@@ -19,14 +19,14 @@ struct Counts {
     int none = 0;
 };
 
-Counts countBoat(const ValueStore& values, BoatIndex boat, std::int64_t now) {
+Counts countBoat(const SharedArea& area, BoatIndex boat, std::int64_t now) {
     Counts counts;
     for (ChannelIndex channel = ZAN_TIME + 1; channel < kChannelCount; ++channel) {
-        const auto stamp = stampOf(values.area(), channel, boat);
+        const auto stamp = stampOf(&area, channel, boat);
         if (!stamp) continue; // not kept for this boat
         // Boat 1's records start as zeros, which read as values; a stamp of zero tells that none was written.
-        const Freshness freshness = *stamp == 0 ? Freshness::None : freshnessOf(values, channel, boat, now);
-        if (freshness == Freshness::Live) ++counts.live;
+        const Freshness freshness = *stamp == 0 ? Freshness::None : freshnessOf(&area, channel, boat, now);
+        if (isLive(freshness)) ++counts.live;
         if (freshness == Freshness::Stale) ++counts.stale;
         if (freshness == Freshness::None) ++counts.none;
     }
@@ -38,11 +38,11 @@ std::string countsText(const Counts& counts) {
            std::to_string(counts.none) + " without a value";
 }
 
-std::string otherBoats(const ValueStore& values, std::uint32_t boats, std::int64_t now) {
+std::string otherBoats(const SharedArea& area, std::uint32_t boats, std::int64_t now) {
     Counts total;
     std::uint32_t liveBoats = 0;
     for (BoatIndex boat = 1; boat < boats; ++boat) {
-        const Counts counts = countBoat(values, boat, now);
+        const Counts counts = countBoat(area, boat, now);
         total.live += counts.live;
         total.stale += counts.stale;
         total.none += counts.none;
@@ -68,9 +68,9 @@ template <std::size_t Size> std::string textOrDash(const char16_t (&field)[Size]
 } // namespace
 
 int runStatus(const CommandContext& context) {
-    const SectionView section(context.platform);
+    const SectionReader section(context.platform);
     const std::string name = printable(sectionName());
-    if (!section) {
+    if (section.area() == nullptr) {
         context.out << "Section      none (" << name << " is there while a program that uses it runs)\n";
         return exit_code::kNotFound;
     }
@@ -84,8 +84,8 @@ int runStatus(const CommandContext& context) {
                 << "Data folder  " << textOrDash(area.dataFolder) << '\n'
                 << "Database     " << textOrDash(area.databasePath) << '\n'
                 << "Marks        " << textOrDash(area.marksPath) << '\n'
-                << "Own boat     " << countsText(countBoat(section.values(), 0, now)) << '\n'
-                << "Other boats  " << otherBoats(section.values(), boats, now) << '\n';
+                << "Own boat     " << countsText(countBoat(area, 0, now)) << '\n'
+                << "Other boats  " << otherBoats(area, boats, now) << '\n';
     return exit_code::kDone;
 }
 

@@ -46,7 +46,7 @@ int runWatch(const CommandContext& context, const WatchOptions& options) {
     for (std::int64_t round = 1;; ++round) {
         const std::int64_t now = context.platform.now();
         display->show(
-            {boatTitle(client.area(), options.boat), now, readAll(client.values(), *channels, options.boat, now)});
+            {boatTitle(client.area(), options.boat), now, readAll(client.area(), *channels, options.boat, now)});
         context.out.flush();
         // The reader of a pipe may have gone.
         if (!context.out || round == options.count || !pause(context, options.intervalSeconds)) break;

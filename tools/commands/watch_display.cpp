@@ -57,7 +57,7 @@ std::vector<std::string> LiveTable::styledLines(const WatchRound& round, std::si
     add(kBold, round.title + "  " + formatMoment(round.now));
     const std::vector<std::string> lines = readingTable(round.readings, true).lines();
     for (std::size_t i = 0; i < lines.size(); ++i) {
-        const bool aged = i > 0 && round.readings[i - 1].freshness != Freshness::Live;
+        const bool aged = i > 0 && !isLive(round.readings[i - 1].freshness);
         add(i == 0 ? kBold : aged ? kDim : "", lines[i]);
     }
     return styled;

@@ -65,7 +65,7 @@ TEST(Program, ValueSetByOneProcessIsReadByAnother) {
     const ProgramRun read = run("get BSP");
     EXPECT_EQ(read.code, 0) << read.err;
     EXPECT_THAT(read.out, HasSubstr("6.40  kt"));
-    EXPECT_EQ(tools::readChannel(holder.values(), ZAN_BSP, 0, platform::hostPlatform().now()).value, "6.40");
+    EXPECT_EQ(tools::readChannel(holder.area(), ZAN_BSP, 0, platform::hostPlatform().now()).value, "6.40");
 }
 
 TEST(Program, ValueIsGoneWithTheLastProcess) {
@@ -134,7 +134,7 @@ TEST(Program, ASimulatedRaceIsFedIntoTheSection) {
     EXPECT_THAT(fed.err, HasSubstr("RMC 2"));
     EXPECT_THAT(fed.err, Not(HasSubstr("damaged")));
     EXPECT_EQ(fed.err.find('\x1b'), std::string::npos) << "a file is no terminal";
-    EXPECT_NE(tools::readChannel(holder.values(), ZAN_BSP, 0, platform::hostPlatform().now()).value, "-");
+    EXPECT_NE(tools::readChannel(holder.area(), ZAN_BSP, 0, platform::hostPlatform().now()).value, "-");
     EXPECT_EQ(holder.area()->hostWindow, 0U) << "taken back";
 }
 

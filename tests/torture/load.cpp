@@ -86,7 +86,10 @@ class Row {
     bool print(const char* who) const {
         std::printf("%-24s", who);
         for (const Range& range : {resident_, private_, handles_})
-            std::printf(" %8llu %8llu %8llu", ull(range.first), ull(range.last), ull(range.growth));
+            if (range.last == 0) // the system does not tell; Wine of another process
+                std::printf(" %8s %8s %8s", "-", "-", "-");
+            else
+                std::printf(" %8llu %8llu %8llu", ull(range.first), ull(range.last), ull(range.growth));
         std::printf("  %s\n", flat_ ? "flat" : "GREW");
         return flat_;
     }

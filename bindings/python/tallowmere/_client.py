@@ -34,4 +34,4 @@ def name_user_channel(index: int, name: str) -> None:
 
 def set_mob(latitude: float, longitude: float) -> bool:
     """Raises the man-overboard alarm at a position in degrees, north and east positive. False: no host was told."""
-    return _native.client_library().SetMOB(latitude, longitude) != 0
+    return bool(_native.client_library().SetMOB(latitude, longitude) != 0)

@@ -1,0 +1,32 @@
+// What a program in TypeScript may and may not say. Compiling is the test.
+import * as t from 'tallowmere';
+import { ChannelId, type Reading, type Sample } from 'tallowmere';
+
+export async function use(): Promise<void> {
+    const speed: number | null = t.get(ChannelId.BSP);
+    const reading: Reading = t.read('BSP', 3);
+    const channel: t.Channel = t.channel(1);
+    const boat: t.Boat | null = t.findBoat('Möwe');
+    const done: boolean = channel.set(null) || t.set(channel, 1.5, boat ?? 0);
+    const one: 1 = ChannelId.BSP;
+    const [red]: [number, number, number] = t.boat(0).colour;
+    for await (const row of t.samples([channel, 'AWA', 3], { count: 1, signal: new AbortController().signal })) {
+        const sample: Sample = row;
+        const time: Date = sample.time;
+        void time;
+    }
+    const view = new t.View();
+    view.close();
+    void [speed, reading, done, one, red, t.mob()?.latitude];
+
+    // @ts-expect-error: a value may be missing
+    const surely: number = t.get('BSP');
+    // @ts-expect-error: made by channel() only
+    new t.Channel();
+    // @ts-expect-error: no such constant
+    void [surely, ChannelId.NOTHING];
+    // @ts-expect-error: a value is a number or null
+    t.set('BSP', '1');
+    // @ts-expect-error: one of the states
+    if (t.section() === 'broken') return;
+}

@@ -80,8 +80,9 @@ class Row {
         note(resident_, first.residentBytes / 1024, last.residentBytes / 1024);
         note(private_, first.privateBytes / 1024, last.privateBytes / 1024);
         note(handles_, first.handles, last.handles);
-        if (growth(first.privateBytes, last.privateBytes) > kRoomToBreathe || last.handles > first.handles)
-            flat_ = false;
+        const std::uint64_t grown = last.privateBytes != 0 ? growth(first.privateBytes, last.privateBytes)
+                                                           : growth(first.residentBytes, last.residentBytes);
+        if (grown > kRoomToBreathe || last.handles > first.handles) flat_ = false;
     }
     bool print(const char* who) const {
         std::printf("%-24s", who);

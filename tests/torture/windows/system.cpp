@@ -110,11 +110,12 @@ struct Process::State {
 
 Process::Process(const std::vector<std::string>& arguments) : state_(new State) {
     for (int i = 0; i < kStarts; ++i) {
-        if (!state_->start(arguments)) throw std::runtime_error("no process");
-        while (state_->said.empty() && appendWaiting(state_->output, state_->said)) ::Sleep(0);
-        if (!state_->said.empty() && state_->said.front() == kGreeting) {
-            state_->said.erase(0, 1);
-            return;
+        if (state_->start(arguments)) {
+            while (state_->said.empty() && appendWaiting(state_->output, state_->said)) ::Sleep(0);
+            if (!state_->said.empty() && state_->said.front() == kGreeting) {
+                state_->said.erase(0, 1);
+                return;
+            }
         }
         state_->close();
     }

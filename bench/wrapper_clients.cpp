@@ -18,8 +18,8 @@ double readInC(int calls) noexcept {
 double readInCpp(int calls) noexcept {
     double sum = 0;
     for (int i = 0; i < calls; ++i) {
-        if (const auto speed = client::read(ZAN_BSP)) sum += *speed;
-        if (const auto angle = client::read(ZAN_AWA, client::Boat(3))) sum += *angle;
+        if (auto speed = client::read(ZAN_BSP)) sum += *speed;
+        if (auto angle = client::read(ZAN_AWA, client::Boat(3))) sum += *angle;
     }
     return sum;
 }

@@ -12,8 +12,7 @@ namespace {
 
 std::unique_ptr<SharedArea> copyOrMakeArea(LookingPlatform& platform) {
     auto area = std::make_unique<SharedArea>();
-    if (const auto section = platform.openSection(sectionName(), kSharedAreaBytes);
-        section != nullptr && section->view() != nullptr) {
+    if (const auto section = platform.lookAtSection(sectionName(), kSharedAreaBytes)) {
         std::memcpy(area.get(), section->view(), sizeof *area);
         return area;
     }

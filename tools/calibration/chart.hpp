@@ -2,6 +2,7 @@
 #pragma once
 
 #include "calibration/calibration.hpp"
+#include "tools/chart/ticks.hpp"
 
 #include <string>
 #include <vector>
@@ -19,12 +20,6 @@ struct Series {
     std::vector<Point> knots;
 };
 
-/// A stretch of one axis. low < high, both finite.
-struct Range {
-    double low;
-    double high;
-};
-
 struct Chart {
     std::string title;
     std::string subtitle;
@@ -40,15 +35,5 @@ struct Chart {
 /// Places between the outermost knots are evaluated as on a write. Of a larger table the first 24 rows are
 /// drawn; the subtitle says so.
 [[nodiscard]] Chart makeChart(std::size_t id, CalibrationItem& item);
-
-/// Round numbers within a range, about `wanted` of them, and how many decimals they need.
-struct Ticks {
-    std::vector<double> at;
-    int decimals = 0;
-
-    /// "-5", "0.25"; with a typographic minus sign.
-    [[nodiscard]] std::string label(double value) const;
-};
-[[nodiscard]] Ticks makeTicks(Range range, int wanted, bool angle);
 
 } // namespace tallowmere::tools

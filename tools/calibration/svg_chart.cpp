@@ -1,5 +1,6 @@
 #include "tools/calibration/svg_chart.hpp"
 
+#include "tools/chart/svg_document.hpp"
 #include "tools/commands/text.hpp"
 
 #include <array>
@@ -39,29 +40,6 @@ std::string colourOf(std::size_t index, std::size_t count) {
     return text;
 }
 
-std::string escaped(std::string_view text) {
-    std::string result;
-    for (const char c : printable(text)) {
-        if (c == '&')
-            result += "&amp;";
-        else if (c == '<')
-            result += "&lt;";
-        else if (c == '>')
-            result += "&gt;";
-        else if (c == '"')
-            result += "&quot;";
-        else
-            result += c;
-    }
-    return result;
-}
-
-std::string number(double value) {
-    char text[32];
-    const int length = std::snprintf(text, sizeof text, "%.2f", std::isfinite(value) ? value : 0.0);
-    return {text, static_cast<std::size_t>(std::clamp(length, 0, 31))};
-}
-
 class SvgWriter {
   public:
     explicit SvgWriter(const Chart& chart)
@@ -71,16 +49,12 @@ class SvgWriter {
     }
 
     std::string write() {
-        svg_ = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
-               number(kWidth) + "\" height=\"" + number(kHeight) + "\" viewBox=\"0 0 " + number(kWidth) + " " +
-               number(kHeight) + "\" font-family=\"Helvetica, Arial, sans-serif\" font-size=\"13\" fill=\"#222\">\n" +
-               "<rect width=\"100%\" height=\"100%\" fill=\"#fff\"/>\n";
         titles();
         xAxis();
         yAxis();
         for (std::size_t s = 0; s < chart_.series.size(); ++s) series(s);
         if (legend_) legend();
-        return svg_ + "</svg>\n";
+        return svg_.finish();
     }
 
   private:
@@ -89,58 +63,50 @@ class SvgWriter {
     }
     [[nodiscard]] double py(double y) const { return kBottom - (y - y_.low) / (y_.high - y_.low) * (kBottom - kTop); }
 
-    void text(double x, double y, const std::string& style, std::string_view content) {
-        svg_ += "<text x=\"" + number(x) + "\" y=\"" + number(y) + "\" " + style + ">" + escaped(content) + "</text>\n";
-    }
-    void line(double x1, double y1, double x2, double y2, const std::string& style) {
-        svg_ += "<line x1=\"" + number(x1) + "\" y1=\"" + number(y1) + "\" x2=\"" + number(x2) + "\" y2=\"" +
-                number(y2) + "\" " + style + "/>\n";
-    }
-
     void titles() {
-        text(kLeft, 32, "font-size=\"20\" font-weight=\"bold\"", chart_.title);
-        text(kLeft, 54, "fill=\"#666\"", chart_.subtitle);
-        text((kLeft + right_) / 2, kHeight - 18, "text-anchor=\"middle\" font-size=\"14\"", chart_.xTitle);
+        svg_.text(kLeft, 32, "font-size=\"20\" font-weight=\"bold\"", chart_.title);
+        svg_.text(kLeft, 54, "fill=\"#666\"", chart_.subtitle);
+        svg_.text((kLeft + right_) / 2, kHeight - 18, "text-anchor=\"middle\" font-size=\"14\"", chart_.xTitle);
         const double middle = (kTop + kBottom) / 2;
-        text(22, middle, "text-anchor=\"middle\" font-size=\"14\" transform=\"rotate(-90 22 " + number(middle) + ")\"",
-             chart_.yTitle);
+        svg_.text(22, middle,
+                  "text-anchor=\"middle\" font-size=\"14\" transform=\"rotate(-90 22 " + svgNumber(middle) + ")\"",
+                  chart_.yTitle);
         const bool empty = std::ranges::all_of(chart_.series, [](const Series& s) { return s.knots.empty(); });
         if (empty)
-            text((kLeft + right_) / 2, middle, "text-anchor=\"middle\" font-size=\"18\" fill=\"#999\"", "no values");
+            svg_.text((kLeft + right_) / 2, middle, "text-anchor=\"middle\" font-size=\"18\" fill=\"#999\"",
+                      "no values");
     }
 
     void xAxis() {
         const Ticks ticks = makeTicks(chart_.x, 10, chart_.xIsAngle);
         for (const double tick : ticks.at) {
-            line(px(tick), kTop, px(tick), kBottom, "stroke=\"#e4e4e4\"");
-            text(px(tick), kBottom + 20, "text-anchor=\"middle\"", ticks.label(tick));
+            svg_.line(px(tick), kTop, px(tick), kBottom, "stroke=\"#e4e4e4\"");
+            svg_.text(px(tick), kBottom + 20, "text-anchor=\"middle\"", ticks.label(tick));
         }
-        line(kLeft, kBottom, right_, kBottom, "stroke=\"#888\"");
+        svg_.line(kLeft, kBottom, right_, kBottom, "stroke=\"#888\"");
     }
 
     void yAxis() {
         const Ticks ticks = makeTicks(y_, 8, false);
         for (const double tick : ticks.at) {
             const bool zero = std::fabs(tick) < (y_.high - y_.low) * 1e-9;
-            line(kLeft, py(tick), right_, py(tick),
-                 zero ? "stroke=\"#666\" stroke-width=\"1.2\"" : "stroke=\"#e4e4e4\"");
-            text(kLeft - 8, py(tick) + 4.5, "text-anchor=\"end\"", ticks.label(tick));
+            svg_.line(kLeft, py(tick), right_, py(tick),
+                      zero ? "stroke=\"#666\" stroke-width=\"1.2\"" : "stroke=\"#e4e4e4\"");
+            svg_.text(kLeft - 8, py(tick) + 4.5, "text-anchor=\"end\"", ticks.label(tick));
         }
-        line(kLeft, kTop, kLeft, kBottom, "stroke=\"#888\"");
+        svg_.line(kLeft, kTop, kLeft, kBottom, "stroke=\"#888\"");
     }
 
     void series(std::size_t index) {
         const Series& drawn = chart_.series[index];
         const std::string colour = colourOf(index, chart_.series.size());
         for (const auto& piece : drawn.lines) {
-            svg_ += "<polyline fill=\"none\" stroke-width=\"2\" stroke-linejoin=\"round\" stroke=\"" + colour +
-                    "\" points=\"";
-            for (const Point& point : piece) svg_ += number(px(point.x)) + "," + number(py(point.y)) + " ";
-            svg_ += "\"/>\n";
+            svg_.beginLine("stroke-width=\"2\" stroke=\"" + colour + "\"");
+            for (const Point& point : piece) svg_.addPoint(px(point.x), py(point.y));
+            svg_.endLine();
         }
         for (const Point& knot : drawn.knots)
-            svg_ += "<circle cx=\"" + number(px(knot.x)) + "\" cy=\"" + number(py(knot.y)) +
-                    "\" r=\"4\" stroke=\"#fff\" stroke-width=\"1.2\" fill=\"" + colour + "\"/>\n";
+            svg_.circle(px(knot.x), py(knot.y), 4, "stroke=\"#fff\" stroke-width=\"1.2\" fill=\"" + colour + "\"");
     }
 
     /// The last row on top: as the rows' values grow, so do the lines in the legend.
@@ -148,8 +114,8 @@ class SvgWriter {
         const std::size_t count = chart_.series.size();
         for (std::size_t s = 0; s < count; ++s) {
             const double y = kTop + 8 + kLegendStep * static_cast<double>(count - 1 - s);
-            line(right_ + 16, y, right_ + 38, y, "stroke-width=\"3\" stroke=\"" + colourOf(s, count) + "\"");
-            text(right_ + 46, y + 4.5, "font-size=\"12\"", cutToWidth(chart_.series[s].label, 14));
+            svg_.line(right_ + 16, y, right_ + 38, y, "stroke-width=\"3\" stroke=\"" + colourOf(s, count) + "\"");
+            svg_.text(right_ + 46, y + 4.5, "font-size=\"12\"", cutToWidth(chart_.series[s].label, 14));
         }
     }
 
@@ -157,7 +123,7 @@ class SvgWriter {
     bool legend_;
     double right_;
     Range y_{0, 1};
-    std::string svg_;
+    SvgDocument svg_{kWidth, kHeight};
 };
 
 } // namespace

@@ -57,7 +57,7 @@ export interface Mob {
 }
 
 export interface SamplesOptions {
-    /** Seconds from row to row, 0 or more; default 1. Rows that the reader was too slow for are left out. */
+    /** Seconds from row to row, 0 to 86400; default 1. Rows that the reader was too slow for are left out. */
     interval?: number;
     /** How many rows; without it there is no end. */
     count?: number;

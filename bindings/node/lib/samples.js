@@ -4,11 +4,13 @@
 const { performance } = require('node:perf_hooks');
 const { setTimeout: sleep } = require('node:timers/promises');
 
+const LONGEST_INTERVAL = 86400; // well within what a timer of Node's can wait
+
 /** Checks and resolves everything, so that mistakes are told at the call and not at the first row. */
 function samples(view, channels, { interval = 1, count = Infinity, boat = 0, stale = false, ages = false, signal } = {}) {
     if (!Array.isArray(channels)) throw new TypeError('channels is an array of channels');
-    if (!(interval >= 0 && interval < Infinity))
-        throw new RangeError(`the interval is 0 or more seconds, not ${interval}`);
+    if (!(interval >= 0 && interval <= LONGEST_INTERVAL))
+        throw new RangeError(`the interval is 0 to ${LONGEST_INTERVAL} seconds, not ${interval}`);
     if (!(count >= 0)) throw new RangeError(`the count is 0 or more, not ${count}`);
     const resolved = channels.map((channel) => view.channel(channel));
     // As the caller calls it, else by its short name.

@@ -149,7 +149,7 @@ def samples(
     stale: bool = False,
     ages: bool = False,
 ) -> Iterator[Sample]:
-    """Rows of one moment each, every `interval` seconds, `count` of them or without end.
+    """Rows of one moment each, every `interval` seconds (0 to 86400), `count` of them or without end.
 
     A row is a dict: "time" (UTC), then each channel under the name it was asked for by. Values that are not there,
     and stale ones unless `stale`, are None. `ages` adds "NAME age" in seconds for each. pandas.DataFrame takes it.

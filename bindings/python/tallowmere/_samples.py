@@ -11,6 +11,8 @@ from ._view import BoatLike, ChannelLike, Reading, View
 #: The moment under "time", then a value (or None) for each channel under its name.
 Sample = Dict[str, Union[datetime.datetime, float, None]]
 
+LONGEST_INTERVAL = 86400
+
 
 def samples(
     view: View,
@@ -23,8 +25,8 @@ def samples(
 ) -> Iterator[Sample]:
     if isinstance(channels, str):
         raise TypeError("channels is a list of channels, not one text")
-    if not 0 <= interval < math.inf:
-        raise ValueError(f"the interval is 0 or more seconds, not {interval}")
+    if not 0 <= interval <= LONGEST_INTERVAL:
+        raise ValueError(f"the interval is 0 to {LONGEST_INTERVAL} seconds, not {interval}")
     if count is not None and count < 0:
         raise ValueError(f"the count is 0 or more, not {count}")
     numbers = [view.channel(channel).number for channel in channels]

@@ -230,7 +230,7 @@ describe('samples', () => {
     test('mistakes are told at the call', async () => {
         for (const [channels, options] of [
             [['bsp']], [['BSP'], { boat: 100 }], [['BSP', 'BSP']], ['BSP'],
-            [['BSP'], { interval: -1 }], [['BSP'], { interval: NaN }], [['BSP'], { count: -1 }],
+            [['BSP'], { interval: -1 }], [['BSP'], { interval: NaN }], [['BSP'], { interval: 86401 }], [['BSP'], { count: -1 }],
         ])
             assert.throws(() => t.samples(channels, options));
         assert.deepEqual(await all(t.samples(['BSP'], { count: 0 })), []);

@@ -247,6 +247,7 @@ class Samples(Case):
             {"channels": "BSP"},
             {"channels": ["BSP"], "interval": -1},
             {"channels": ["BSP"], "interval": math.nan},
+            {"channels": ["BSP"], "interval": 86401},
             {"channels": ["BSP"], "count": -1},
         ):
             with self.assertRaises((LookupError, TypeError, ValueError)):

@@ -22,6 +22,7 @@ if(TALLOWMERE_TOOLS)
     if(WIN32)
         target_link_libraries(third_party_asio INTERFACE ws2_32 mswsock)
     endif()
+    include(Sqlite)
 endif()
 
 if(TALLOWMERE_TESTS)

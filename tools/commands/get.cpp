@@ -2,6 +2,7 @@
 
 #include "tools/commands/client.hpp"
 #include "tools/commands/reading_table.hpp"
+#include "tools/commands/replay_mark.hpp"
 
 namespace tallowmere::tools {
 
@@ -11,6 +12,8 @@ int runGet(const CommandContext& context, const GetOptions& options) {
     const auto channels = client.find(options.channels);
     if (!channels) return exit_code::kNotFound;
     client.warnWhenAlone();
+    if (isReplay(client.area()))
+        context.err << "tallowmere: a recording is being played (REPLAY); these values are not live\n";
 
     const auto readings = readAll(client.area(), *channels, options.boat, context.platform.now());
     context.out << readingTable(readings, false).text();

@@ -10,6 +10,7 @@
 #include "tools/commands/text.hpp"
 #include "tools/commands/watch.hpp"
 #include "tools/feed/feed_command.hpp"
+#include "tools/record/record_command.hpp"
 #include "tools/simulate/simulate_command.hpp"
 
 #include <CLI/CLI.hpp>
@@ -35,7 +36,8 @@ COG, SOG, ...) needs a host that accepts it, such as "tallowmere feed".)";
 constexpr char kWatchFooter[] =
     R"(On a terminal the table is drawn anew in place. Otherwise there is one line for each channel at first, and
 later one for each whose value has changed or become stale, checked each interval; its fields, separated by
-tabs: time of reading, channel, value, unit, age in seconds, "stale" or nothing.)";
+tabs: time of reading, channel, value, unit, age in seconds, "stale" or nothing. While a recording is being played
+the title says REPLAY, and the last field begins with "replay".)";
 
 /// Where options are kept must outlive the parsing.
 template <class Options> std::shared_ptr<Options> keep() {
@@ -125,6 +127,7 @@ int runProgram(const CommandContext& context, const std::vector<std::string>& ar
     addCalibrationCommands(app, context, exitCode);
     addFeedCommand(app, exitCode);
     addSimulateCommand(app, exitCode);
+    addRecordingCommands(app, context, exitCode);
     app.footer(kFooter); // now, so that no command inherits it
 
     // The parser takes the arguments last first, without the program's name.

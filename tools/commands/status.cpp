@@ -2,6 +2,7 @@
 
 #include "core/channels/section_name.hpp"
 #include "tools/commands/reading.hpp"
+#include "tools/commands/replay_mark.hpp"
 #include "tools/commands/text.hpp"
 #include "view/section_reader.hpp"
 
@@ -78,8 +79,9 @@ int runStatus(const CommandContext& context) {
     const std::string maker = printable(section.maker());
     const std::uint32_t boats = boatsInUse(area);
     const std::int64_t now = context.platform.now();
-    context.out << "Section      " << name << ", made by " << (maker.empty() ? "an unknown user" : maker) << '\n'
-                << "Host         " << hostText(area) << '\n'
+    context.out << "Section      " << name << ", made by " << (maker.empty() ? "an unknown user" : maker) << '\n';
+    if (isReplay(&area)) context.out << "State        REPLAY: a recording is being played, nothing here is live\n";
+    context.out << "Host         " << hostText(area) << '\n'
                 << "Boats        " << boats << '\n'
                 << "Data folder  " << textOrDash(area.dataFolder) << '\n'
                 << "Database     " << textOrDash(area.databasePath) << '\n'

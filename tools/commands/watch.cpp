@@ -1,6 +1,7 @@
 #include "tools/commands/watch.hpp"
 
 #include "tools/commands/client.hpp"
+#include "tools/commands/replay_mark.hpp"
 #include "tools/commands/watch_display.hpp"
 
 #include <algorithm>
@@ -46,7 +47,8 @@ int runWatch(const CommandContext& context, const WatchOptions& options) {
     for (std::int64_t round = 1;; ++round) {
         const std::int64_t now = context.platform.now();
         display->show(
-            {boatTitle(client.area(), options.boat), now, readAll(client.area(), *channels, options.boat, now)});
+            {boatTitle(client.area(), options.boat), now, readAll(client.area(), *channels, options.boat, now),
+             isReplay(client.area())});
         context.out.flush();
         // The reader of a pipe may have gone.
         if (!context.out || round == options.count || !pause(context, options.intervalSeconds)) break;

@@ -1,6 +1,7 @@
 #include "tools/commands/watch_display.hpp"
 
 #include "tools/commands/format.hpp"
+#include "tools/commands/replay_mark.hpp"
 #include "tools/commands/text.hpp"
 
 #include <algorithm>
@@ -68,7 +69,8 @@ void ChangeLines::show(const WatchRound& round) {
     shown_.resize(round.readings.size());
     for (std::size_t i = 0; i < round.readings.size(); ++i) {
         const Reading& reading = round.readings[i];
-        const char* const mark = reading.freshness == Freshness::Stale ? "stale" : "";
+        const bool stale = reading.freshness == Freshness::Stale;
+        const char* const mark = round.replay ? (stale ? "replay stale" : "replay") : (stale ? "stale" : "");
         std::string text = reading.name + '\t' + reading.value + '\t' + reading.unit;
         std::string key = text + '\t' + mark;
         if (!first && key == shown_[i]) continue;
@@ -81,8 +83,9 @@ void ChangeLines::show(const WatchRound& round) {
 std::string boatTitle(const SharedArea* area, BoatIndex boat) {
     const std::string number = boat == 0 ? "Own boat" : "Boat " + std::to_string(boat);
     if (area == nullptr || boat >= kBoatCount) return number;
-    const std::string name = printable(readText(area->boats[boat].name));
-    return name.empty() || name == number ? number : number + " (" + name + ")";
+    const std::string name = printable(boat == 0 ? ownBoatName(*area) : readText(area->boats[boat].name));
+    const std::string title = name.empty() || name == number ? number : number + " (" + name + ")";
+    return isReplay(area) ? "REPLAY: " + title : title;
 }
 
 } // namespace tallowmere::tools

@@ -15,6 +15,7 @@ struct WatchRound {
     std::string title; // whose values
     std::int64_t now;  // 100 ns since 1601-01-01 UTC
     std::vector<Reading> readings;
+    bool replay = false; // played from a recording, not live
 };
 
 class WatchDisplay {

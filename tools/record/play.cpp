@@ -1,0 +1,204 @@
+#include "tools/record/play.hpp"
+
+#include "core/ccore.hpp"
+#include "tools/commands/replay_mark.hpp"
+#include "tools/record/damage_notes.hpp"
+#include "tools/record/moment_text.hpp"
+#include "tools/record/pace.hpp"
+#include "tools/record/recording_reader.hpp"
+#include "tools/record/replay_clock.hpp"
+#include "tools/record/replayed_values.hpp"
+
+#include <limits>
+#include <map>
+#include <utility>
+
+namespace tallowmere::recording {
+namespace {
+
+constexpr char kEraseLine[] = "\r\x1b[K";
+constexpr std::int64_t kTicksPerMillisecond = kTicksPerSecond / 1000;
+
+struct Range {
+    Place from;
+    std::optional<Place> to;
+};
+
+/// Plays files into one section.
+class Player {
+  public:
+    Player(const tools::CommandContext& context, const PlayOptions& options, Range range, CCore& core)
+        : context_(context), options_(options), range_(range), mark_(*core.area()), values_(core.values()),
+          clock_(options.speed), damage_(context.err, "play"), told_(context.platform.now()) {}
+    ~Player() { values_.clear(); } // before the mark goes
+    Player(const Player&) = delete;
+    Player& operator=(const Player&) = delete;
+
+    /// False when the file can't be read, or not to its end.
+    bool play(const std::string& file) {
+        const OpenedReader opened = openRecording(context_.platform, file, context_.stop);
+        if (!opened.reader) return complain(file, opened.error);
+        started_.reset();
+        while (!context_.stop) {
+            const auto item = opened.reader->next();
+            if (!item) break;
+            take(file, *item);
+        }
+        settle();
+        if (context_.stop || opened.reader->error().empty()) return true;
+        return complain(file, opened.reader->error() + "; the rest of it is missing");
+    }
+
+    void tellCounts() {
+        endProgress();
+        context_.err << played_ << " values played";
+        if (damage_.count() != 0) context_.err << ", " << damage_.count() << " damaged rows left out";
+        if (homeless_ != 0) context_.err << ", " << homeless_ << " left out of channels that boats 2 to 99 don't keep";
+        context_.err << '\n';
+    }
+    [[nodiscard]] std::uint64_t played() const noexcept { return played_; }
+
+  private:
+    bool complain(const std::string& file, const std::string& why) {
+        endProgress();
+        context_.err << "tallowmere play: " << printable(file) << ": " << why << '\n';
+        return false;
+    }
+
+    void take(const std::string& file, const Item& item) {
+        if (const auto* const session = std::get_if<Session>(&item)) return begin(session->started);
+        if (const auto* const damage = std::get_if<Damage>(&item)) {
+            endProgress();
+            return damage_.add(file, *damage);
+        }
+        takeValue(std::get<Value>(item));
+    }
+
+    /// A session's values begin anew, at once: what lies between two sessions was not recorded.
+    void begin(std::int64_t started) {
+        before_.clear();
+        if (!started_) started_ = started; // "+90" counts from the file's start
+        start_ = std::max(started, range_.from.in(*started_));
+        running_ = false;
+    }
+
+    void takeValue(const Value& value) {
+        if (!started_) begin(value.time);
+        if (range_.to && value.time > range_.to->in(*started_)) return;
+        if (value.time < start_ && !running_) {
+            before_[{value.boat, value.channel}] = value;
+            return;
+        }
+        settle();
+        clock_.meet(value.time, context_.platform.now());
+        if (wait()) put(value);
+    }
+
+    /// What stood there when the part to be played begins, with its age.
+    void settle() {
+        if (running_ || !started_) return;
+        running_ = true;
+        clock_.begin(start_, context_.platform.now());
+        for (const auto& [place, value] : before_)
+            if (!range_.to || start_ <= range_.to->in(*started_)) put(value);
+        before_.clear();
+    }
+
+    /// Until the clock's position is due. False when the user asked to end.
+    bool wait() {
+        for (;;) {
+            const std::int64_t now = context_.platform.now();
+            tellProgress(now);
+            const std::int64_t left = clock_.due(now) - now;
+            if (left <= 0) return !context_.stop;
+            constexpr std::int64_t longest = 50 * kTicksPerMillisecond;
+            if (!pause(context_, (std::min(left, longest) + kTicksPerMillisecond - 1) / kTicksPerMillisecond))
+                return false;
+        }
+    }
+
+    void put(const Value& value) {
+        mark_.keep();
+        const bool kept = values_.put(value, clock_.stamp(value.time, context_.platform.now()));
+        ++(kept ? played_ : homeless_);
+    }
+
+    void tellProgress(std::int64_t now) {
+        if (!options_.progress || (now >= told_ && now - told_ < kTicksPerSecond)) return;
+        told_ = now;
+        context_.err << kEraseLine << "playing " << momentText(clock_.position()).substr(0, 19) << "Z, " << played_
+                     << " values" << std::flush;
+        shown_ = true;
+    }
+    void endProgress() {
+        if (std::exchange(shown_, false)) context_.err << kEraseLine;
+    }
+
+    const tools::CommandContext& context_;
+    const PlayOptions& options_;
+    Range range_;
+    tools::ReplayMark mark_;
+    ReplayedValues values_;
+    ReplayClock clock_;
+    DamageNotes damage_;
+    std::int64_t told_;
+    std::optional<std::int64_t> started_; // of the file
+    std::int64_t start_ = 0;              // of the session's part that is played
+    bool running_ = false;                // beyond that start
+    std::map<std::pair<BoatIndex, ChannelIndex>, Value> before_;
+    std::uint64_t played_ = 0;
+    std::uint64_t homeless_ = 0;
+    bool shown_ = false;
+};
+
+std::optional<Range> rangeOf(const tools::CommandContext& context, const PlayOptions& options) {
+    Range range{Place{}, std::nullopt};
+    for (const std::string* const text : {&options.from, &options.to}) {
+        if (text->empty()) continue;
+        const auto place = parsePlace(*text);
+        if (!place) {
+            context.err
+                << "tallowmere play: \"" << printable(*text)
+                << "\" is no place in a recording; write 2025-11-21T12:34:56Z, or +90 for 90 s after its start\n";
+            return std::nullopt;
+        }
+        if (text == &options.from)
+            range.from = *place;
+        else
+            range.to = place;
+    }
+    return range;
+}
+
+bool mayPlay(const tools::CommandContext& context, const CCore& core, bool force) {
+    if (force || readOnce(core.area()->hostWindow) == 0) return true;
+    context.err << "tallowmere play: a host has taken the shared data: live values and played ones would be mixed. "
+                   "End it first; --force plays all the same\n";
+    return false;
+}
+
+} // namespace
+
+int runPlay(const tools::CommandContext& context, const PlayOptions& options) {
+    const auto range = rangeOf(context, options);
+    if (!range) return tools::exit_code::kUsage;
+    CCore core(context.platform, false); // no calibration: the values have been corrected
+    if (core.area() == nullptr) {
+        context.err << "tallowmere play: the shared data can be neither made nor opened; see the message before this "
+                       "one\n";
+        return tools::exit_code::kSystem;
+    }
+    if (!mayPlay(context, core, options.force)) return tools::exit_code::kNotFound;
+    bool whole = true;
+    Player player(context, options, *range, core);
+    for (std::uint64_t before = 0; !context.stop; before = player.played()) {
+        for (const std::string& file : options.files)
+            if (!context.stop) whole = player.play(file) && whole;
+        // A round that played nothing would only be repeated for ever.
+        if (!options.loop || player.played() == before) break;
+    }
+    player.tellCounts();
+    return whole ? tools::exit_code::kDone : tools::exit_code::kNotFound;
+}
+
+} // namespace tallowmere::recording

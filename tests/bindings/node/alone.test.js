@@ -67,6 +67,45 @@ describe('without a section', () => {
     });
 });
 
+describe('a hostile section', () => {
+    test('no bytes make anything fail', () => {
+        const done = runAlone(`
+            const fs = require('node:fs');
+            const crypto = require('node:crypto');
+            t.set('BSP', 6.4);
+            const path = process.env.XDG_RUNTIME_DIR + '/ZanCore_363_253336';
+            const size = fs.statSync(path).size;
+            // Pseudo-random, the same each time: the bytes that a cipher makes of zeros.
+            const junk = (seed) => crypto.createCipheriv('aes-128-ctr', Buffer.alloc(16, seed), Buffer.alloc(16)).update(Buffer.alloc(size));
+            for (const bytes of [junk(1), junk(2), junk(3), Buffer.alloc(size, 255), Buffer.alloc(size)]) {
+                const file = fs.openSync(path, 'r+');
+                fs.writeSync(file, bytes);
+                fs.closeSync(file);
+                for (const channel of t.channels()) {
+                    const { name, longName, unit, timeout, precision, plausibleRange } = channel;
+                    assert(t.findChannel(name) !== null || name === '');
+                    for (const boat of [0, 1, 2, 50, 99]) {
+                        const value = channel.get(boat);
+                        assert(value === null || typeof value === 'number');
+                        channel.read(boat);
+                        if (channel.number > 0) channel.set(1.5, boat);
+                    }
+                }
+                for (let number = 0; number < 100; ++number) {
+                    const boat = t.boat(number);
+                    const { name, mmsi, colour, isInUse } = boat;
+                    t.findBoat(name);
+                    boat.readGroup([...Array(414).keys()]);
+                }
+                for (let i = 0; i < 80; ++i) t.systemVariable(i);
+                for (let i = 0; i < 13; ++i) t.systemInteger(i);
+                for (let i = 0; i < 60; ++i) t.systemFlag(i);
+                t.mob(), t.boats();
+            }`);
+        assert.deepEqual(done, SILENT_SUCCESS);
+    });
+});
+
 describe('libraries', () => {
     const TELL = "try { t.get('BSP') } catch (error) { assert(error instanceof t.LibraryNotFoundError); console.log(error.message) }";
     const WORK = "assert.equal(t.set('BSP', 1), true); assert.equal(t.get('BSP'), 1)";

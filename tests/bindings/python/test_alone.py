@@ -74,6 +74,35 @@ assert t.set('BSP', 8.4) and t.get('BSP') == 8.4
         self.assertEqual((done.stdout, done.stderr, done.returncode), ("", "", 0))
 
 
+class HostileSection(Case):
+    def test_no_bytes_make_anything_fail(self) -> None:
+        done = run_alone(
+            """
+import os, random, tallowmere as t
+random.seed(1)
+t.set('BSP', 6.4)
+path = os.path.join(os.environ['XDG_RUNTIME_DIR'], 'ZanCore_363_253336')
+size = os.path.getsize(path)
+for junk in (random.randbytes, random.randbytes, random.randbytes, lambda n: b'\\xff' * n, bytes):
+    with open(path, 'r+b') as file:
+        file.write(junk(size))
+    for channel in t.channels():
+        [channel.name, channel.long_name, channel.unit, channel.timeout, channel.precision, channel.plausible_range]
+        assert t.find_channel(channel.name) is not None or channel.name == ''
+        for boat in (0, 1, 2, 50, 99):
+            assert isinstance(channel.get(boat), (float, type(None)))
+            channel.read(boat)
+            channel.set(random.random(), boat) if channel.number else None
+    for number in range(100):
+        boat = t.boat(number)
+        [boat.name, boat.mmsi, boat.colour, boat.is_in_use, t.find_boat(boat.name), boat.read_group(range(414))]
+    [t.system_variable(i) for i in range(80)], [t.system_integer(i) for i in range(13)]
+    [t.system_flag(i) for i in range(60)], t.mob(), t.boats(), list(t.samples([1], 0, 2, ages=True))
+"""
+        )
+        self.assertEqual((done.stdout, done.stderr, done.returncode), ("", "", 0))
+
+
 class Libraries(Case):
     def test_missing_ones_are_told_with_what_was_tried(self) -> None:
         done = run(

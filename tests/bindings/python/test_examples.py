@@ -59,6 +59,24 @@ class CsvLogger(Case):
         logger.stderr.close()
 
 
+class StartCountdown(Case):
+    def test_tells_the_gun_when_the_time_has_run_out(self) -> None:
+        tallowmere.set("TmToGun", 1 / 86400)
+        example = subprocess.Popen(
+            [str(BUILT / "start_countdown"), "--interval", "0.05"], stdout=subprocess.PIPE, encoding="utf-8"
+        )
+        self.assertTrue(example.stdout.readline().startswith("gun 0:01 "))
+        tallowmere.set("TmToGun", 0)
+        lines = []
+        while not lines or not lines[-1].startswith("gun 0:00 "):
+            lines.append(example.stdout.readline())
+        after = [example.stdout.readline() for _ in range(3)]
+        example.send_signal(signal.SIGINT)
+        example.communicate(timeout=60)
+        self.assertEqual(["GUN" in line for line in lines], [False] * (len(lines) - 1) + [True])
+        self.assertEqual(["GUN" in line for line in after], [False] * 3)
+
+
 class CtrlC(Case):
     def test_ends_every_example_cleanly(self) -> None:
         for command in (

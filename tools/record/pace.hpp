@@ -9,13 +9,14 @@
 
 namespace tallowmere::recording {
 
-/// The time that has passed by a clock that may be set: steps back, and forth by more than a minute, count as none.
+/// The time that has passed by a clock that may be set: steps back, and forth by more than ten minutes, count as
+/// none.
 class Elapsed {
   public:
     explicit Elapsed(std::int64_t now) noexcept : last_(now) {}
     void meet(std::int64_t now) noexcept {
         const std::int64_t step = now - last_;
-        if (step > 0 && step <= 60 * kTicksPerSecond) ticks_ += step;
+        if (step > 0 && step <= 600 * kTicksPerSecond) ticks_ += step;
         last_ = now;
     }
     [[nodiscard]] std::int64_t ticks() const noexcept { return ticks_; }

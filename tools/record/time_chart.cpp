@@ -16,7 +16,7 @@ constexpr double kRight = kWidth - 28;
 constexpr double kTop = 72;
 constexpr double kPanel = 150;
 constexpr double kBetween = 38; // room for the next panel's name
-constexpr double kBelow = 64;
+constexpr double kBelow = 50;
 constexpr int kMostTimeTicks = 11;
 constexpr int kValueTicks = 5;
 constexpr std::array kColours{"#2646a0", "#be2832", "#46963c", "#148ca0", "#b4780f", "#7a3f9d"};
@@ -96,7 +96,7 @@ class TimeChartWriter {
                   channel.unit.empty() ? name : name + " (" + channel.unit + ")");
         for (const TimeTick& tick : ticks_) svg_.line(px(tick.at), top, px(tick.at), top + kPanel, kGrid);
         const tools::Ticks ticks = tools::makeTicks(drawing.y, kValueTicks, drawing.angle);
-        for (const double tick : ticks.at) {
+        for (const double tick : drawing.lines.empty() ? std::vector<double>() : ticks.at) {
             svg_.line(kLeft, py(tick), kRight, py(tick), kGrid);
             svg_.text(kLeft - 8, py(tick) + 4.5, R"(text-anchor="end")", ticks.label(drawing.shown(tick)));
         }
@@ -109,7 +109,7 @@ class TimeChartWriter {
 
     template <class Py> void lineOf(const std::vector<TimePoint>& line, Py py, const std::string& colour) {
         if (line.size() == 1)
-            return svg_.circle(px(line.front().time), py(line.front().value), 1.5, "fill=\"" + colour + "\"");
+            return svg_.circle(px(line.front().time), py(line.front().value), 2.2, "fill=\"" + colour + "\"");
         svg_.beginLine("stroke-width=\"1.5\" stroke=\"" + colour + "\"");
         {
             Column column(svg_);
@@ -125,7 +125,7 @@ class TimeChartWriter {
             if (!tick.day.empty())
                 svg_.text(px(tick.at), bottom_ + dayRow, R"(text-anchor="middle" fill="#666")", tick.day);
         }
-        svg_.text(kRight, bottom_ + 54, R"(text-anchor="end" fill="#666")", "UTC");
+        svg_.text(12, bottom_ + 20, R"(fill="#666")", "UTC"); // left of any label
     }
 
     static constexpr char kGrid[] = R"(stroke="#e4e4e4")";

@@ -125,9 +125,11 @@ bool isDrawable(const ChannelInfo& channel) noexcept {
 
 double Drawing::shown(double value) const noexcept {
     if (!angle) return value;
-    const double turned = within(highest - kTurn, value);
-    // Both ends of a turn are the same angle; the upper one is shown where the axis ends with it.
-    return turned == highest - kTurn && value > highest - kTurn ? highest : turned;
+    const double lowest = highest - kTurn;
+    const double turned = within(lowest, value);
+    // Both ends of a turn are the same angle: 0 and 180, but 360 at the upper edge of a whole compass.
+    const bool upper = highest < kTurn || value == y.high;
+    return turned == lowest && upper && value > lowest ? highest : turned;
 }
 
 Drawing draw(const TimeSeries& series) {

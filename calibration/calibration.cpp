@@ -25,38 +25,28 @@ void takeFlag(const CRegEx& key, std::u16string_view prefix, std::size_t index, 
     if (const auto value = key.findWholeDword(indexedName(prefix, index))) flag = *value != 0 ? 1 : 0;
 }
 
-/// The item whose correction is added to what is written to a channel; 20 for none. AWA has two, see there.
+/// Which item's correction is added to what is written to a channel. AWA has a second one, see there.
 /// KEPT: Leeway has an item and is not corrected.
-std::size_t correctingItem(ChannelIndex channel) noexcept {
-    switch (channel) {
-    case ZAN_BSP:
-        return which::kBsp;
-    case ZAN_AWS:
-        return which::kAws;
-    case ZAN_TWA:
-        return which::kTwa;
-    case ZAN_TWS:
-        return which::kTws;
-    case ZAN_TWD:
-        return which::kTwd;
-    case ZAN_HDG:
-        return which::kHdg;
-    case ZAN_SEATEMP:
-        return which::kSeaTemp;
-    case ZAN_BARO:
-        return which::kBaro;
-    case ZAN_HEEL:
-        return which::kHeel;
-    case ZAN_TRIM:
-        return which::kTrim;
-    case ZAN_RUDDER:
-        return which::kRudderAngle;
-    case ZAN_MASTANG:
-        return which::kMastAngle;
-    default:
-        return kCalibrationItemCount;
-    }
-}
+struct Correction {
+    ChannelIndex channel;
+    std::size_t item;
+};
+constexpr Correction kCorrections[] = {
+    {ZAN_BSP, which::kBsp},           {ZAN_AWA, which::kAwa},         {ZAN_AWS, which::kAws},
+    {ZAN_TWA, which::kTwa},           {ZAN_TWS, which::kTws},         {ZAN_TWD, which::kTwd},
+    {ZAN_HDG, which::kHdg},           {ZAN_SEATEMP, which::kSeaTemp}, {ZAN_BARO, which::kBaro},
+    {ZAN_HEEL, which::kHeel},         {ZAN_TRIM, which::kTrim},       {ZAN_RUDDER, which::kRudderAngle},
+    {ZAN_MASTANG, which::kMastAngle},
+};
+
+/// By channel; 20 where nothing is corrected.
+constexpr auto kCorrectingItem = [] {
+    std::array<std::uint8_t, kChannelCount> items{};
+    items.fill(static_cast<std::uint8_t>(kCalibrationItemCount));
+    for (const Correction& correction : kCorrections)
+        items[correction.channel] = static_cast<std::uint8_t>(correction.item);
+    return items;
+}();
 
 /// KEPT: one turn only, so 725 degrees become 365.
 double intoRange(UnitClass unitClass, double value) noexcept {
@@ -126,14 +116,14 @@ void Calibration::UpdateCalibratedFlag(std::size_t id) noexcept {
     writeOnce(area->settings[channel].calibrate, inUse ? 1 : 0);
 }
 
-double Calibration::inputOf(const CalibrationItem& item, std::int32_t input, double value) const noexcept {
+inline double Calibration::inputOf(const CalibrationItem& item, std::int32_t input, double value) const noexcept {
     if (!isChannel(input)) return NO_VALUE;
     if (input == item.channel) return value;
     const auto channel = static_cast<ChannelIndex>(input);
     return values_->recordAsDouble(channel, values_->fetch(channel, 0).record).value;
 }
 
-bool Calibration::isSignedAngleInput(std::int32_t input) const noexcept {
+inline bool Calibration::isSignedAngleInput(std::int32_t input) const noexcept {
     return isChannel(input) && isSignedAngle(unitClassOf(values_->area(), static_cast<std::size_t>(input)));
 }
 
@@ -148,10 +138,13 @@ bool Calibration::CalibrationCorrection(std::size_t id, double value, double& co
         return correction != NO_VALUE;
     }
     double x = inputOf(item, item.columnInput, value);
+    const bool signedColumn = x != NO_VALUE && isSignedAngleInput(item.columnInput);
+    // One row, the usual table: nothing looks at the row input, so it need not be fetched.
+    if (item.table.rows.size() == 1 && !signedColumn) return EvalRow(item.table, 0, x, correction);
     double r = inputOf(item, item.rowInput, value);
     // KEPT: a signed column angle is replaced by the row input's size, not by its own, even when the row input
     // is missing. Pinned by CalibrationCorrection.SignedColumnAngleIsReplacedByTheRowInput.
-    if (x != NO_VALUE && isSignedAngleInput(item.columnInput)) x = std::fabs(r);
+    if (signedColumn) x = std::fabs(r);
     if (r != NO_VALUE && isSignedAngleInput(item.rowInput)) r = std::fabs(r);
     return EvalTable(item.table, x, r, correction);
 }
@@ -163,9 +156,10 @@ double Calibration::corrected(std::size_t id, double value, double sign) noexcep
 }
 
 double Calibration::addCorrection(ChannelIndex channel, double value) noexcept {
-    if (channel == ZAN_AWA) return corrected(which::kAwa, corrected(which::kAwaOffset, value, 1.0), 1.0);
+    if (channel == ZAN_AWA) value = corrected(which::kAwaOffset, value, 1.0);
     const bool mirrored = channel == ZAN_TWA && value < 0.0;
-    return corrected(correctingItem(channel), value, mirrored ? -1.0 : 1.0);
+    if (channel >= kChannelCount) return value;
+    return corrected(kCorrectingItem[channel], value, mirrored ? -1.0 : 1.0);
 }
 
 double Calibration::CalibrateOnWrite(ChannelIndex channel, double value) noexcept {

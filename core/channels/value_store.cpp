@@ -211,13 +211,12 @@ RecordResult ValueStore::doubleToRecord(ChannelIndex channel, double value) cons
     return {record, record.holds(kind)};
 }
 
-/// What becomes of a number on its way into its slot.
-inline double ValueStore::applyRules(ChannelIndex channel, double value, BoatIndex boat, std::int64_t stamp) noexcept {
+/// What becomes of a number before it is stored: into its range, checked, corrected.
+inline double ValueStore::applyRules(ChannelIndex channel, double value) const noexcept {
     value = checkRange(kCatalogue[channel], normaliseAngle(unitClassOf(area(), channel), value));
     if (value != NO_VALUE && corrector_ != nullptr && readOnce(area()->settings[channel].calibrate) != 0)
-        value = corrector_->correct(channel, value);
-    if (value == NO_VALUE || !hasDerivedValues(channel)) return value;
-    return DerivedValues(*this, boat, stamp).fromNumber(channel, value);
+        return corrector_->correct(channel, value);
+    return value;
 }
 
 /// The way of a write. `recordFor` gives the record to write, for the channel's storage kind; each of the two
@@ -226,21 +225,24 @@ template <class RecordFor>
 bool ValueStore::write(ChannelIndex channel, BoatIndex boat, std::int64_t stamp, RecordFor recordFor) noexcept {
     SharedArea* const view = area();
     if (view == nullptr) return false;
-    // The order is for speed: the clock first, because reading it waits for all that was begun before it, and
-    // loads before the many stores, behind which they would wait.
+    // The order is for speed: the clock first, because reading it waits for all that was begun before it; loads
+    // before the many stores, behind which they would wait; a correction before them too, since it takes longest.
     const std::int64_t now = context_.platform.now();
     const bool refused = isRefused(*view, channel, boat);
     const StorageKind kind = storageKindOf(view, channel);
+    Record record = refused ? Record{} : recordFor(kind);
+    const bool isNumber = !refused && kind == StorageKind::Double && record.holds(kind);
+    if (isNumber) record.payload = std::bit_cast<std::uint64_t>(applyRules(channel, record.number()));
     stampClock(*view, now);
     if (refused) return false;
 
     if (stamp == kNoTime) stamp = now;
-    Record record = recordFor(kind);
-    if (record.holds(kind)) {
-        if (kind == StorageKind::Double)
-            record.payload = std::bit_cast<std::uint64_t>(applyRules(channel, record.number(), boat, stamp));
-        else if (channel == ZAN_GPS_TIME && kind == StorageKind::Time)
-            DerivedValues(*this, boat, stamp).gpsOffset(record.ticks(), now);
+    if (isNumber) {
+        if (record.number() != NO_VALUE && hasDerivedValues(channel))
+            record.payload =
+                std::bit_cast<std::uint64_t>(DerivedValues(*this, boat, stamp).fromNumber(channel, record.number()));
+    } else if (channel == ZAN_GPS_TIME && kind == StorageKind::Time && record.holds(kind)) {
+        DerivedValues(*this, boat, stamp).gpsOffset(record.ticks(), now);
     }
 
     const bool stored = put(*view, channel, kind, record, boat, stamp);

@@ -77,7 +77,7 @@ class ValueStore {
   private:
     template <class RecordFor>
     bool write(ChannelIndex channel, BoatIndex boat, std::int64_t stamp, RecordFor recordFor) noexcept;
-    double applyRules(ChannelIndex channel, double value, BoatIndex boat, std::int64_t stamp) noexcept;
+    [[nodiscard]] double applyRules(ChannelIndex channel, double value) const noexcept;
 
     Context context_;
     ValueCorrector* corrector_;

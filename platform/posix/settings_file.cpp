@@ -16,8 +16,12 @@ constexpr const char* kNewFile = "registry.reg.new"; // what a killed writer lea
 constexpr off_t kLargestFile = off_t{16} << 20;
 constexpr int kPatience = 500; // tries, a millisecond apart
 
+std::string configurationHome() {
+    return userFolder("XDG_CONFIG_HOME", ".config");
+}
+
 Descriptor openSettingsFolder(bool make) {
-    const std::string home = userFolder("XDG_CONFIG_HOME", ".config");
+    const std::string home = configurationHome();
     if (home.empty()) return {};
     if (make) makeFolders(home + "/" + kFolder);
     const Descriptor parent = openFolder(AT_FDCWD, home.c_str(), O_PATH);
@@ -41,6 +45,17 @@ bool writeWhole(int file, const std::string& bytes) noexcept {
 } // namespace
 
 SettingsFile::SettingsFile(bool make) : folder_(openSettingsFolder(make)) {}
+
+std::string SettingsFile::path() {
+    const std::string home = configurationHome();
+    return home.empty() ? home : home + "/" + kFolder + "/" + kFile;
+}
+
+bool SettingsFile::isThere() {
+    struct stat status {};
+    const std::string name = path();
+    return !name.empty() && ::lstat(name.c_str(), &status) == 0;
+}
 
 std::optional<std::string> SettingsFile::read() const {
     if (!folder_) return std::nullopt;

@@ -16,6 +16,11 @@ class SettingsFile {
     /// `make` makes the folder where missing.
     explicit SettingsFile(bool make);
 
+    /// Where the file is, whether it is there or not; empty without a home.
+    [[nodiscard]] static std::string path();
+    /// True when there is anything at all under the file's name, taken or not.
+    [[nodiscard]] static bool isThere();
+
     /// The file's bytes: an empty text when there is none, nothing at all when it can't be taken (not the
     /// user's own, no regular file, more than 16 MiB).
     [[nodiscard]] std::optional<std::string> read() const;

@@ -1,4 +1,5 @@
 // How registry texts are read and changed.
+#include "platform/posix/registry_complaints.hpp"
 #include "platform/posix/registry_document.hpp"
 
 #include <gtest/gtest.h>
@@ -271,6 +272,34 @@ TEST(RegistryChange, NamesThatFitNoLineAreNotWritten) {
         EXPECT_FALSE(document.addKey(name));
     }
     EXPECT_EQ(document.text(), "");
+}
+
+/// The complaints about a text, each as "LINE what".
+std::vector<std::string> complaintsAbout(const std::string& text) {
+    std::vector<std::string> shown;
+    for (const SettingsComplaint& complaint : registryComplaints(text, u"file"))
+        shown.push_back(std::to_string(complaint.line) + " " + complaint.what);
+    return shown;
+}
+
+TEST(RegistryComplaints, AnExportedTextIsProper) {
+    EXPECT_TRUE(complaintsAbout("").empty());
+    EXPECT_TRUE(complaintsAbout(kHeader + kKeyLine + "\"v\"=\"AB\"\r\n@=\"\"\r\n; remark\r\n  \t\r\n" +
+                                "\"w\"=hex:00,\\\r\n  01\r\n[-HKEY_CURRENT_USER\\Gone]\r\n")
+                    .empty());
+}
+
+TEST(RegistryComplaints, LinesThatMakeNoSenseAreToldWithTheirNumber) {
+    EXPECT_EQ(complaintsAbout(kHeader + kKeyLine + "\"v\"=hex:00,\\\r\n  01\r\nv=1\r\n\"w\"=dword:xyz\r\n[HKCU\\a\r\n"),
+              (std::vector<std::string>{"6 is neither a key nor a value", "7 is neither a key nor a value",
+                                        "8 is a key without its closing bracket"}));
+}
+
+TEST(RegistryComplaints, ValuesThatBelongToNoKeyOfTheUserAreTold) {
+    EXPECT_EQ(complaintsAbout("\"v\"=dword:1\n[HKEY_LOCAL_MACHINE\\a]\n\"v\"=dword:1\n[-HKCU\\a]\n\"v\"=dword:1"),
+              (std::vector<std::string>{"1 is a value before the first key",
+                                        "2 is a key that does not lie below HKEY_CURRENT_USER",
+                                        "5 is a value of a key that is deleted"}));
 }
 
 } // namespace

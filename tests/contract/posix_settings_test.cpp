@@ -223,5 +223,19 @@ TEST_F(PosixSettings, NoDescriptorIsLeftOpen) {
     EXPECT_EQ(openFileCount(), before);
 }
 
+TEST_F(PosixSettings, ComplaintsAreAboutTheFileThatIsThere) {
+    const auto complaints = [] { return platform::hostPlatform().settingsComplaints(); };
+    EXPECT_TRUE(complaints().empty());
+    surroundings_.writeSettings(kText);
+    EXPECT_TRUE(complaints().empty());
+    surroundings_.writeSettings(kText + "Number=1\r\n");
+    ASSERT_EQ(complaints().size(), 1U);
+    EXPECT_EQ(complaints()[0].line, 5U);
+    EXPECT_EQ(fs::path(complaints()[0].file), surroundings_.settingsFile());
+    fs::permissions(surroundings_.settingsFile(), fs::perms::all); // writable by strangers: not taken
+    ASSERT_EQ(complaints().size(), 1U);
+    EXPECT_EQ(complaints()[0].line, 0U);
+}
+
 } // namespace
 } // namespace tallowmere::test

@@ -41,6 +41,7 @@ void checkItemFile(Platform& platform, UserCalibration& user, std::size_t id, Fi
 
 void checkEverything(Platform& platform, Findings& findings) {
     UserCalibration user(platform);
+    checkSettingsText(platform, findings);
     checkCoreSettings(platform, findings);
     checkBoatsFile(platform, user.configFile(u"boats.xml"), findings);
     checkChannelsFile(platform, user.configFile(u"channels.xml"), findings);

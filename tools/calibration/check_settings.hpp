@@ -10,6 +10,9 @@
 
 namespace tallowmere::tools {
 
+/// The text that holds the settings, where they are one.
+void checkSettingsText(const platform::Platform& platform, Findings& findings);
+
 /// The values of the core key.
 void checkCoreSettings(const platform::Platform& platform, Findings& findings);
 

@@ -1,5 +1,6 @@
 // The real program, in processes of its own, on the real platform. This process holds the section.
 #include "core/ccore.hpp"
+#include "settings/reg_ex.hpp"
 #include "tools/commands/reading.hpp"
 
 #include <gmock/gmock.h>
@@ -136,6 +137,41 @@ TEST(Program, ASimulatedRaceIsFedIntoTheSection) {
     EXPECT_EQ(fed.err.find('\x1b'), std::string::npos) << "a file is no terminal";
     EXPECT_NE(tools::readChannel(holder.area(), ZAN_BSP, 0, platform::hostPlatform().now()).value, "-");
     EXPECT_EQ(holder.area()->hostWindow, 0U) << "taken back";
+}
+
+/// The user's "Bsp" calibration, which adds one knot to every speed, and a recording of a boat at six knots.
+class CalibratedFeed : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        std::ofstream("one_knot.txt") << "0\n0 1\n";
+        std::ofstream("six_knots.nmea") << "$IIVHW,,T,,M,6.00,N,,K*4D\r\n";
+        CRegEx settings(platform::hostPlatform());
+        settings.Create(kCalibrationKey);
+        settings.writeDword(u"CalUse_2", 1);
+        settings.writeString(u"CalFile_2", std::filesystem::absolute("one_knot.txt").u16string());
+    }
+    void TearDown() override {
+        CRegEx settings(platform::hostPlatform());
+        settings.Open(kCalibrationKey);
+        settings.writeDword(u"CalUse_2", 0);
+        settings.writeString(u"CalFile_2", u"");
+        std::filesystem::remove("one_knot.txt");
+        std::filesystem::remove("six_knots.nmea");
+    }
+    static double speedFedWith(const std::string& options) {
+        CCore holder(false);
+        const ProgramRun result = run("feed six_knots.nmea --speed 0 --quiet " + options);
+        EXPECT_EQ(result.code, 0) << result.err;
+        return holder.values().fetch(ZAN_BSP, 0).record.number();
+    }
+};
+
+TEST_F(CalibratedFeed, PassesARecordingThroughTheUsersCalibration) {
+    EXPECT_EQ(speedFedWith(""), 7.0);
+}
+
+TEST_F(CalibratedFeed, StoresValuesAsTheyComeWithTheFlagRaw) {
+    EXPECT_EQ(speedFedWith("--raw"), 6.0);
 }
 
 TEST(Program, FeedTellsAMissingFileFromAWrongName) {

@@ -53,6 +53,8 @@ template <class Body> double secondsOf(Body body) {
     return Seconds(std::chrono::steady_clock::now() - start).count();
 }
 
+constexpr double kMakersTime = 0.5; // seconds that a maker is waited for
+
 /// Locks the section's life byte in the way that the section does.
 bool lockLifeByte(int file, short type) {
     struct flock lock {};
@@ -138,7 +140,7 @@ TEST_F(PosixSection, ALargerSectionUnderTheNameIsNotMappedEither) {
 
 TEST_F(PosixSection, WhoWaitsForAMappingThatFailsDoesNotWaitLong) {
     const auto small = openOrCreate(kName, 4096);
-    EXPECT_LT(secondsOf([] { EXPECT_EQ(openOrCreate()->view(), nullptr); }), 0.1);
+    EXPECT_LT(secondsOf([] { EXPECT_EQ(openOrCreate()->view(), nullptr); }), kMakersTime);
 }
 
 TEST_F(PosixSection, ObjectsOfAnotherKindUnderTheNameMakeItFail) {
@@ -296,8 +298,8 @@ TEST_F(PosixSection, AStoppedHolderHoldsNobodyUp) {
     });
     ASSERT_EQ(child.hear(), 'r');
     child.stop();
-    EXPECT_LT(secondsOf([] { EXPECT_TRUE(openOrCreate()->existed()); }), 0.1);
-    EXPECT_LT(secondsOf([] { EXPECT_NE(open(), nullptr); }), 0.1);
+    EXPECT_LT(secondsOf([] { EXPECT_TRUE(openOrCreate()->existed()); }), kMakersTime);
+    EXPECT_LT(secondsOf([] { EXPECT_NE(open(), nullptr); }), kMakersTime);
 }
 
 TEST_F(PosixSection, AForkedChildKeepsItsParentsSection) {

@@ -49,6 +49,12 @@ class Player {
         return complain(file, opened.reader->error() + "; the rest of it is missing");
     }
 
+    /// Leaves what came last to be seen before it is taken out.
+    void linger() {
+        constexpr std::int64_t milliseconds = 1000;
+        if (played_ != 0 && !context_.stop) pause(context_, milliseconds);
+    }
+
     void tellCounts() {
         endProgress();
         context_.err << played_ << " values played";
@@ -197,6 +203,7 @@ int runPlay(const tools::CommandContext& context, const PlayOptions& options) {
         // A round that played nothing would only be repeated for ever.
         if (!options.loop || player.played() == before) break;
     }
+    player.linger();
     player.tellCounts();
     return whole ? tools::exit_code::kDone : tools::exit_code::kNotFound;
 }

@@ -1,0 +1,138 @@
+// The real program, killed while it records. This process holds the section.
+#include "core/ccore.hpp"
+#include "tools/record/recording_reader.hpp"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace tallowmere::test {
+namespace {
+
+using ::testing::IsEmpty;
+
+class Child {
+  public:
+    explicit Child(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), TALLOWMERE_PROGRAM);
+        std::vector<char*> pointers;
+        for (std::string& each : arguments) pointers.push_back(each.data());
+        pointers.push_back(nullptr);
+        process_ = ::fork();
+        if (process_ != 0) return;
+        ::execv(pointers.front(), pointers.data());
+        ::_exit(127);
+    }
+    ~Child() { end(SIGKILL); }
+    Child(const Child&) = delete;
+    Child& operator=(const Child&) = delete;
+
+    /// The exit code, or 128 and the signal.
+    int end(int signal) {
+        if (process_ <= 0) return -1;
+        ::kill(process_, signal);
+        int status = 0;
+        ::waitpid(process_, &status, 0);
+        process_ = 0;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    }
+
+  private:
+    pid_t process_ = 0;
+};
+
+class KilledRecorder : public ::testing::TestWithParam<const char*> {
+  protected:
+    KilledRecorder() {
+        std::filesystem::remove_all(folder_);
+        std::filesystem::create_directories(folder_);
+    }
+    ~KilledRecorder() override { std::filesystem::remove_all(folder_); }
+
+    struct Content {
+        std::vector<recording::Value> values;
+        std::size_t sessions = 0;
+        std::size_t damages = 0;
+        std::string error;
+    };
+    [[nodiscard]] Content content() const {
+        Content content;
+        const auto opened = recording::openRecording(platform::hostPlatform(), file_.string(), never_);
+        content.error = opened.error;
+        while (opened.reader) {
+            const auto item = opened.reader->next();
+            if (!item) break;
+            if (const auto* const value = std::get_if<recording::Value>(&*item)) content.values.push_back(*value);
+            content.sessions += std::holds_alternative<recording::Session>(*item) ? 1U : 0U;
+            content.damages += std::holds_alternative<recording::Damage>(*item) ? 1U : 0U;
+        }
+        if (opened.reader) content.error = opened.reader->error();
+        return content;
+    }
+    /// Writes a value every few milliseconds until a reader finds so many rows. What it found last.
+    Content writeUntil(std::size_t rows) {
+        Content found;
+        for (int step = 0; step < 3000 && found.values.size() < rows; ++step) {
+            core_.values().storeDouble(ZAN_BSP, 0.001 * ++written_, 0);
+            platform::hostPlatform().sleepMilliseconds(20);
+            if (step % 10 == 0) found = content();
+        }
+        return found;
+    }
+
+    const std::atomic<bool> never_{false};
+    std::filesystem::path folder_ = std::filesystem::temp_directory_path() / "tallowmere_killed_recorder";
+    std::filesystem::path file_ = folder_ / GetParam();
+    CCore core_{false};
+    int written_ = 0;
+};
+
+TEST_P(KilledRecorder, LeavesAWholeFileWithAllThatWasCommitted) {
+    ASSERT_NE(core_.area(), nullptr);
+    Child recorder({"record", "BSP", "-o", file_.string()});
+    const Content before = writeUntil(50);
+    ASSERT_GE(before.values.size(), 50U);
+    EXPECT_EQ(recorder.end(SIGKILL), 128 + SIGKILL);
+    const Content after = content();
+    EXPECT_THAT(after.error, IsEmpty());
+    EXPECT_EQ(after.damages, 0U);
+    ASSERT_GE(after.values.size(), before.values.size());
+    EXPECT_TRUE(std::equal(before.values.begin(), before.values.end(), after.values.begin()));
+}
+
+TEST_P(KilledRecorder, EndsCleanlyWhenItIsAsked) {
+    Child recorder({"record", "BSP", "-o", file_.string()});
+    ASSERT_GE(writeUntil(10).values.size(), 10U);
+    EXPECT_EQ(recorder.end(SIGINT), 0);
+    EXPECT_THAT(content().error, IsEmpty());
+    std::size_t files = 0;
+    for ([[maybe_unused]] const auto& each : std::filesystem::directory_iterator(folder_)) ++files;
+    EXPECT_EQ(files, 1U) << "nothing lies beside it";
+}
+
+TEST_P(KilledRecorder, AKilledDatabaseIsRecordedOn) {
+    if (!std::string(GetParam()).ends_with(".sqlite")) GTEST_SKIP() << "a CSV file is never added to";
+    Child(std::vector<std::string>{"record", "BSP", "-o", file_.string(), "--seconds", "0"}).end(SIGKILL);
+    {
+        Child recorder({"record", "BSP", "-o", file_.string()});
+        ASSERT_GE(writeUntil(10).values.size(), 10U);
+        recorder.end(SIGKILL);
+    }
+    const std::size_t before = content().values.size();
+    Child recorder({"record", "BSP", "-o", file_.string()});
+    ASSERT_GE(writeUntil(before + 10).values.size(), before + 10);
+    EXPECT_EQ(recorder.end(SIGTERM), 0);
+    EXPECT_EQ(content().sessions, 2U);
+}
+
+INSTANTIATE_TEST_SUITE_P(, KilledRecorder, ::testing::Values("a.sqlite", "a.csv"));
+
+} // namespace
+} // namespace tallowmere::test

@@ -76,6 +76,9 @@ bool ClientProcess::launch(const ClientOptions& options) {
     makePipe(fromChild_, startup.hStdOutput, fromChild_);
     startup.hStdError = ::GetStdHandle(STD_ERROR_HANDLE);
 
+    std::wstring desktop = options.desktop;
+    if (!desktop.empty()) startup.lpDesktop = desktop.data();
+
     const std::filesystem::path program = options.program.empty() ? ClientProcess::program() : options.program;
     std::wstring commandLine = L"\"" + program.wstring() + L"\" \"" + library().wstring() + L"\"";
     if (!options.windows.empty()) commandLine += L" " + options.windows;

@@ -15,6 +15,7 @@ struct ClientOptions {
     std::filesystem::path program{};          // empty: the client as built
     std::filesystem::path currentDirectory{}; // empty: this process's
     std::wstring windows{};                   // "active" or "inactive": two windows of its own
+    std::wstring desktop{};                   // "station\\desktop"; empty: this process's
 };
 
 class ClientProcess {

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <thread>
 #include <utility>
 
 namespace tallowmere::test {
@@ -280,6 +281,26 @@ TEST_P(SectionFailure, AfterTheObstacleIsGoneTheNextClientMakesTheSection) {
     EXPECT_EQ(next.ask("quit"), "none");
     EXPECT_EQ(next.ask("set 1 6.5 0"), "1");
     EXPECT_EQ(next.ask("get 1 0"), "1 6.5 1");
+}
+
+TEST_P(SectionFailure, ThreadsThatLoadOrStartWhileTheBoxStandsGoOnAfterIt) {
+    const fs::path before = fs::current_path();
+    fs::current_path(folder_); // where the root of the drive is the one looked at
+    // What the screen needs is loaded now: while the box stands nothing can be.
+    EXPECT_EQ(findBox(::GetCurrentProcessId()), nullptr);
+    HMODULE library = nullptr;
+    HMODULE other = nullptr;
+    std::thread loading([&] { library = ::LoadLibraryW(ClientProcess::library().c_str()); });
+    const HWND box = waitForBox(::GetCurrentProcessId());
+    std::thread waiting([&] { other = ::LoadLibraryW(L"winmm.dll"); });
+    pressButton(box);
+    loading.join();
+    waiting.join();
+    EXPECT_NE(library, nullptr);
+    EXPECT_NE(other, nullptr);
+    ::FreeLibrary(library);
+    ::FreeLibrary(other);
+    fs::current_path(before);
 }
 
 class SmallSection : public WindowsProcesses {};

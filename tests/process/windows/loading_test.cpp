@@ -1,0 +1,274 @@
+// What loading and unloading the library asks of the process in which it happens, and what it leaves behind.
+#include "tests/process/windows/process_fixture.hpp"
+
+#include <tallowmere/tallowmere.h>
+
+#include <windows.h>
+
+#include <psapi.h>
+#include <tlhelp32.h>
+#include <winternl.h>
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <thread>
+#include <vector>
+
+namespace tallowmere::test {
+namespace {
+
+constexpr int kFirstLoads = 30; // until the system's own libraries have all that they keep
+constexpr int kLoads = 100;
+
+/// The library loaded into this process.
+class LoadedLibrary {
+  public:
+    LoadedLibrary() : module_(::LoadLibraryW(ClientProcess::library().c_str())) {}
+    ~LoadedLibrary() {
+        if (module_ != nullptr) ::FreeLibrary(module_);
+    }
+    LoadedLibrary(const LoadedLibrary&) = delete;
+    LoadedLibrary& operator=(const LoadedLibrary&) = delete;
+
+    /// True when what is written is read.
+    [[nodiscard]] bool works() const {
+        const auto set = find<decltype(&::SetZanVar)>("SetZanVar");
+        const auto get = find<decltype(&::GetZanVar)>("GetZanVar");
+        double value = 0;
+        std::uint16_t source = 0;
+        return set != nullptr && get != nullptr && set(ZAN_BSP, 6.5, 0) != 0 && get(ZAN_BSP, &value, 0, &source) != 0 &&
+               value == 6.5;
+    }
+
+  private:
+    template <class Function> [[nodiscard]] Function find(const char* name) const {
+        if (module_ == nullptr) return nullptr;
+        return reinterpret_cast<Function>(reinterpret_cast<void*>(::GetProcAddress(module_, name)));
+    }
+    HMODULE module_;
+};
+
+bool libraryIsThere() {
+    return ::GetModuleHandleW(ClientProcess::library().c_str()) != nullptr;
+}
+
+int threadCount() {
+    const HANDLE all = ::CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    THREADENTRY32 entry{};
+    entry.dwSize = sizeof entry;
+    int count = 0;
+    for (BOOL more = ::Thread32First(all, &entry); more; more = ::Thread32Next(all, &entry))
+        if (entry.th32OwnerProcessID == ::GetCurrentProcessId()) ++count;
+    ::CloseHandle(all);
+    return count;
+}
+
+/// Handles of this process, from the list of all: not every system answers GetProcessHandleCount.
+std::size_t handleCount() {
+    using Query = NTSTATUS(NTAPI*)(int, void*, ULONG, ULONG*);
+    struct Entry {
+        void* object;
+        ULONG_PTR process;
+        ULONG_PTR handle;
+        ULONG rest[4];
+    };
+    static_assert(sizeof(Entry) == 40);
+    constexpr int kExtendedHandleInformation = 64;
+    const auto query = reinterpret_cast<Query>(
+        reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation")));
+    std::vector<std::byte> list(1 << 20);
+    while (query(kExtendedHandleInformation, list.data(), static_cast<ULONG>(list.size()), nullptr) < 0)
+        list.resize(list.size() * 2);
+    ULONG_PTR count = 0;
+    std::memcpy(&count, list.data(), sizeof count);
+    std::size_t own = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        Entry entry;
+        std::memcpy(&entry, list.data() + 2 * sizeof(ULONG_PTR) + i * sizeof entry, sizeof entry);
+        if (entry.process == ::GetCurrentProcessId()) ++own;
+    }
+    return own;
+}
+
+/// What the process holds.
+struct Holdings {
+    std::size_t handles = 0;
+    std::size_t views = 0;        // mapped regions
+    std::size_t images = 0;       // regions of modules
+    std::size_t heapBytes = 0;    // given out by all heaps
+    std::size_t privateBytes = 0; // as the system counts them, in pages
+    int threads = 0;
+};
+
+std::size_t bytesGivenOut(HANDLE heap) {
+    std::size_t bytes = 0;
+    PROCESS_HEAP_ENTRY entry{};
+    ::HeapLock(heap);
+    while (::HeapWalk(heap, &entry))
+        if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes += entry.cbData;
+    ::HeapUnlock(heap);
+    return bytes;
+}
+
+std::size_t bytesOfAllHeaps() {
+    std::array<HANDLE, 64> heaps{};
+    const DWORD count = ::GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());
+    std::size_t bytes = 0;
+    for (DWORD i = 0; i < count && i < heaps.size(); ++i) bytes += bytesGivenOut(heaps[i]);
+    return bytes;
+}
+
+std::size_t regionsOfType(DWORD type) {
+    std::size_t count = 0;
+    MEMORY_BASIC_INFORMATION region{};
+    const char* place = nullptr;
+    while (::VirtualQuery(place, &region, sizeof region) == sizeof region) {
+        if (region.State != MEM_FREE && region.Type == type) ++count;
+        place = static_cast<const char*>(region.BaseAddress) + region.RegionSize;
+    }
+    return count;
+}
+
+Holdings holdings() {
+    Holdings now;
+    now.threads = threadCount();
+    now.handles = handleCount();
+    now.views = regionsOfType(MEM_MAPPED);
+    now.images = regionsOfType(MEM_IMAGE);
+    now.heapBytes = bytesOfAllHeaps();
+    PROCESS_MEMORY_COUNTERS memory{};
+    memory.cb = sizeof memory;
+    ::GetProcessMemoryInfo(::GetCurrentProcess(), &memory, sizeof memory);
+    now.privateBytes = memory.PagefileUsage;
+    return now;
+}
+
+int wantedLoads() {
+    const char* const wanted = std::getenv("TALLOWMERE_LOADS");
+    return wanted != nullptr ? std::atoi(wanted) : kLoads;
+}
+
+class Loading : public WindowsProcesses {
+  protected:
+    void SetUp() override {
+        WindowsProcesses::SetUp();
+        if (HasFatalFailure()) return;
+        settings_->set(L"Sys_v3", number(2.5));
+        writeConfigFile("boats.xml", R"(<boats><boat id="3" name="Falcon"/></boats>)");
+        writeConfigFile("channels.xml", R"(<channels><channel id="172" user="Vane"/></channels>)");
+        writeConfigFile("alternate.csv", "117,1,2,3\r\n");
+    }
+};
+
+TEST_F(Loading, AgainAndAgainLeavesNoHandleViewOrMemory) {
+    for (int i = 0; i < kFirstLoads; ++i) ASSERT_TRUE(LoadedLibrary().works());
+    const int loads = wantedLoads();
+    const Holdings before = holdings();
+    for (int i = 0; i < loads; ++i) ASSERT_TRUE(LoadedLibrary().works()) << i;
+    const Holdings after = holdings();
+
+    std::printf("loads: %d; handles %zu, %zu; views %zu, %zu; regions of modules %zu, %zu; heap %zu, %zu bytes; "
+                "private %zu, %zu bytes\n",
+                loads, before.handles, after.handles, before.views, after.views, before.images, after.images,
+                before.heapBytes, after.heapBytes, before.privateBytes, after.privateBytes);
+    EXPECT_FALSE(libraryIsThere());
+    EXPECT_FALSE(SectionView::sectionIsThere());
+    EXPECT_GT(before.handles, 0U);
+    EXPECT_EQ(after.handles, before.handles);
+    EXPECT_EQ(after.views, before.views);
+    EXPECT_EQ(after.images, before.images);
+    EXPECT_EQ(after.threads, before.threads);
+    // A piece of memory lost by each load would be more than a byte.
+    EXPECT_LT(after.heapBytes, before.heapBytes + static_cast<std::size_t>(loads));
+}
+
+TEST_F(Loading, MakesNoThread) {
+    const int before = threadCount();
+    {
+        const LoadedLibrary library;
+        EXPECT_TRUE(library.works());
+        EXPECT_EQ(threadCount(), before);
+    }
+    EXPECT_EQ(threadCount(), before);
+}
+
+/// Threads that hold a file of the data folder, the key of the settings and a lock, and wait for nothing but to
+/// be let go.
+class HoldingThreads {
+  public:
+    explicit HoldingThreads(const std::filesystem::path& file) : file_(file) {
+        for (int i = 0; i < 4; ++i) threads_.push_back(::CreateThread(nullptr, 0, hold, this, 0, nullptr));
+        for ([[maybe_unused]] const HANDLE thread : threads_) ::WaitForSingleObject(holding_, INFINITE);
+        for (const HANDLE thread : threads_) ::SuspendThread(thread);
+    }
+    ~HoldingThreads() {
+        for (const HANDLE thread : threads_) ::ResumeThread(thread);
+        ::SetEvent(mayEnd_);
+        for (const HANDLE thread : threads_) {
+            ::WaitForSingleObject(thread, INFINITE);
+            ::CloseHandle(thread);
+        }
+        ::CloseHandle(holding_);
+        ::CloseHandle(mayEnd_);
+    }
+    HoldingThreads(const HoldingThreads&) = delete;
+    HoldingThreads& operator=(const HoldingThreads&) = delete;
+
+  private:
+    static DWORD WINAPI hold(void* owner) {
+        const auto& self = *static_cast<HoldingThreads*>(owner);
+        HKEY key = nullptr;
+        ::RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Tallowmere\\core", 0, KEY_READ | KEY_WRITE, &key);
+        const HANDLE file =
+            ::CreateFileW(self.file_.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+        ::ReleaseSemaphore(self.holding_, 1, nullptr);
+        ::WaitForSingleObject(self.mayEnd_, INFINITE);
+        ::CloseHandle(file);
+        ::RegCloseKey(key);
+        return 0;
+    }
+
+    std::filesystem::path file_;
+    HANDLE holding_ = ::CreateSemaphoreW(nullptr, 0, 4, nullptr);
+    HANDLE mayEnd_ = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    std::vector<HANDLE> threads_;
+};
+
+TEST_F(Loading, WaitsForNoOtherThread) {
+    const HoldingThreads standing(folder_ / "config" / "boats.xml"); // who waited for one of them would not end
+    {
+        const LoadedLibrary library;
+        EXPECT_TRUE(library.works());
+    }
+    EXPECT_FALSE(libraryIsThere());
+}
+
+TEST_F(Loading, ByManyThreadsAtOnceGivesAllOneLibraryThatGoesWithTheLast) {
+    std::vector<std::thread> threads;
+    std::atomic<int> working = 0;
+    for (int i = 0; i < 4; ++i)
+        threads.emplace_back([&] {
+            for (int load = 0; load < 20; ++load)
+                if (LoadedLibrary().works()) ++working;
+        });
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(working, 80);
+    EXPECT_FALSE(libraryIsThere());
+    EXPECT_FALSE(SectionView::sectionIsThere());
+}
+
+TEST_F(Loading, NeedsNoMessageQueueAndPostsNothing) {
+    std::thread([] {
+        const LoadedLibrary library;
+        EXPECT_TRUE(library.works());
+        MSG message{};
+        EXPECT_FALSE(::PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE));
+    }).join();
+}
+
+} // namespace
+} // namespace tallowmere::test

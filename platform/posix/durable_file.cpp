@@ -1,6 +1,7 @@
 #include "platform/durable_file.hpp"
 
 #include "platform/posix/descriptor.hpp"
+#include "platform/posix/file_write.hpp"
 #include "platform/posix/text.hpp"
 
 #include <fcntl.h>
@@ -15,15 +16,7 @@ class DescriptorFile final : public DurableFile {
   public:
     explicit DescriptorFile(Descriptor file) noexcept : file_(std::move(file)) {}
 
-    [[nodiscard]] bool write(std::string_view bytes) noexcept override {
-        while (!bytes.empty()) {
-            const ssize_t count = ::write(file_.get(), bytes.data(), bytes.size());
-            if (count < 0 && errno == EINTR) continue;
-            if (count <= 0) return false;
-            bytes.remove_prefix(static_cast<std::size_t>(count));
-        }
-        return true;
-    }
+    [[nodiscard]] bool write(std::string_view bytes) noexcept override { return posix::writeWhole(file_.get(), bytes); }
 
     [[nodiscard]] bool sync() noexcept override { return ::fsync(file_.get()) == 0; }
 

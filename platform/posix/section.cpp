@@ -18,13 +18,13 @@
 
 #include "platform/posix/account.hpp"
 #include "platform/posix/clock.hpp"
+#include "platform/posix/file_write.hpp"
 #include "platform/posix/folders.hpp"
 #include "platform/posix/runtime_folder.hpp"
 #include "platform/posix/text.hpp"
 
 #include <fcntl.h>
 #include <sys/mman.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace tallowmere::platform::posix {
@@ -117,14 +117,9 @@ Hold judge(int file, std::size_t bytes, off_t& size) noexcept {
     return size == static_cast<off_t>(bytes) ? Hold::Opened : Hold::Misfits;
 }
 
-/// Asked first, because to go beyond the limit is a signal that ends the program.
-bool isWithinFileLimit(std::size_t bytes) noexcept {
-    struct rlimit limit {};
-    return ::getrlimit(RLIMIT_FSIZE, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY || limit.rlim_cur >= bytes;
-}
-
 /// Space is taken now, so that a full file system is an error here and not a fault at some later access.
 bool allocate(int file, std::size_t bytes) noexcept {
+    const WithoutWriteSignals guard;
     const auto size = static_cast<off_t>(bytes);
     int result = 0;
     do result = ::fallocate(file, 0, 0, size);
@@ -150,8 +145,7 @@ Hold make(const Folder& folder, int file, std::size_t bytes) noexcept {
     const Hold judged = judge(file, bytes, size);
     if (judged == Hold::None || judged == Hold::Later) return judged;
     if (size != 0) return sweep(folder, file);
-    const bool made = isWithinFileLimit(bytes) && allocate(file, bytes) && ::fchmod(file, S_IRUSR | S_IWUSR) == 0 &&
-                      setHold(file, F_RDLCK);
+    const bool made = allocate(file, bytes) && ::fchmod(file, S_IRUSR | S_IWUSR) == 0 && setHold(file, F_RDLCK);
     return made ? Hold::Made : Hold::None;
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/posix/clock.hpp"
 #include "platform/posix/environment.hpp"
+#include "platform/posix/file_write.hpp"
 #include "platform/posix/folders.hpp"
 
 #include <fcntl.h>
@@ -30,16 +31,6 @@ Descriptor openSettingsFolder(bool make) {
     struct stat status {};
     if (!folder || ::fstat(folder.get(), &status) != 0 || !isOwn(status, S_IWOTH)) return {};
     return folder;
-}
-
-bool writeWhole(int file, const std::string& bytes) noexcept {
-    for (std::size_t done = 0; done < bytes.size();) {
-        const ssize_t count = ::write(file, bytes.data() + done, bytes.size() - done);
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) return false;
-        done += static_cast<std::size_t>(count);
-    }
-    return true;
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 // Files, folders, clock and error line where Linux has its own ways.
+#include "platform/durable_file.hpp"
 #include "platform/platform.hpp"
 #include "tests/contract/posix_children.hpp"
 #include "tests/contract/posix_surroundings.hpp"
@@ -8,6 +9,8 @@
 #include <csignal>
 #include <ctime>
 #include <fcntl.h>
+#include <functional>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,6 +18,16 @@ namespace tallowmere::test {
 namespace {
 
 namespace fs = std::filesystem;
+
+/// In a child that may make files no larger than this; its result.
+int runWithFileLimit(rlim_t bytes, const std::function<int()>& body) {
+    Child child([&](const Child::Line&) {
+        const rlimit limit{bytes, bytes};
+        std::signal(SIGXFSZ, SIG_DFL);
+        return ::setrlimit(RLIMIT_FSIZE, &limit) == 0 ? body() : 99;
+    });
+    return child.finish();
+}
 
 class PosixFiles : public testing::Test {
   protected:
@@ -70,6 +83,41 @@ TEST_F(PosixFiles, LinesOfSeveralProcessesStayWhole) {
     ASSERT_EQ(bytes.size(), 3U * kLines * 101);
     for (std::size_t line = 0; line < bytes.size(); line += 101)
         EXPECT_EQ(bytes.substr(line, 101), std::string(100, bytes[line]) + "\n");
+}
+
+TEST_F(PosixFiles, ALineBeyondTheFileSizeLimitIsNotAppendedAndEndsNobody) {
+    EXPECT_TRUE(platform_.appendLine(path("log"), "x"));
+    EXPECT_EQ(runWithFileLimit(2, [this] { return platform_.appendLine(path("log"), "y") ? 1 : 0; }), 0);
+    EXPECT_EQ(readBytes(surroundings_.top() / "log"), "x\n");
+}
+
+TEST_F(PosixFiles, ADurableFileBeyondTheFileSizeLimitIsAFailureAndEndsNobody) {
+    EXPECT_EQ(runWithFileLimit(3,
+                               [this] {
+                                   const auto file = platform::makeDurableFile(path("new"));
+                                   return file != nullptr && file->write("123") && !file->write("4") ? 0 : 1;
+                               }),
+              0);
+    EXPECT_EQ(readBytes(surroundings_.top() / "new"), "123");
+}
+
+TEST_F(PosixFiles, AFileSizeLimitLeavesTheSignalsAsTheHostHasThem) {
+    EXPECT_EQ(runWithFileLimit(0,
+                               [this] {
+                                   if (platform_.appendLine(path("log"), "x")) return 1;
+                                   sigset_t signals;
+                                   ::sigpending(&signals);
+                                   if (::sigismember(&signals, SIGXFSZ) != 0) return 2;
+                                   ::pthread_sigmask(SIG_BLOCK, nullptr, &signals);
+                                   if (::sigismember(&signals, SIGXFSZ) != 0) return 3;
+                                   ::sigaddset(&signals, SIGXFSZ); // a host that waits for the signal keeps its own
+                                   ::pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+                                   ::raise(SIGXFSZ);
+                                   if (platform_.appendLine(path("log"), "x")) return 4;
+                                   ::sigpending(&signals);
+                                   return ::sigismember(&signals, SIGXFSZ) == 1 ? 0 : 5;
+                               }),
+              0);
 }
 
 TEST_F(PosixFiles, TheDataFolderIsMadeWhereMissing) {
@@ -184,6 +232,20 @@ TEST_F(PosixErrorLine, IntoAPipeThatNobodyReadsEndsNobody) {
     ::close(pipe_[0]);
     pipe_[0] = -1;
     EXPECT_EQ(showInChild(u"message"), 7);
+}
+
+TEST_F(PosixErrorLine, IntoAFileAtItsLargestSizeEndsNobody) {
+    const int file = ::open((surroundings_.top() / "errors").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+    ASSERT_GE(file, 0);
+    EXPECT_EQ(runWithFileLimit(0,
+                               [&] {
+                                   ::dup2(file, STDERR_FILENO);
+                                   platform_.showError(u"message");
+                                   return 7;
+                               }),
+              7);
+    ::close(file);
+    EXPECT_EQ(fs::file_size(surroundings_.top() / "errors"), 0U);
 }
 
 TEST_F(PosixErrorLine, IntoAFullPipeHoldsNobodyUp) {

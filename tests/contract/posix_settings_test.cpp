@@ -7,8 +7,10 @@
 
 #include <array>
 #include <chrono>
+#include <csignal>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -213,6 +215,24 @@ TEST_F(PosixSettings, AFolderThatTakesNoFileLeavesTheOldOne) {
     fs::create_directories(folder() / "registry.reg.new" / "inside"); // can't be removed as a file
     open()->writeDword(u"Number", 2);
     EXPECT_EQ(number(), 1U);
+}
+
+TEST_F(PosixSettings, AFileSizeLimitLeavesTheOldFileNoOtherAndEndsNobody) {
+    surroundings_.writeSettings(kText);
+    const auto filesThere = [this] { return std::distance(fs::directory_iterator(folder()), {}); };
+    const auto before = filesThere();
+    for (const rlim_t bytes : {rlim_t{0}, rlim_t{10}}) {
+        Child child([bytes](const Child::Line&) {
+            const rlimit limit{bytes, bytes};
+            std::signal(SIGXFSZ, SIG_DFL);
+            if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return 1;
+            open()->writeDword(u"Number", 2);
+            return number() == 1U ? 0 : 2;
+        });
+        EXPECT_EQ(child.finish(), 0) << bytes;
+        EXPECT_EQ(surroundings_.readSettings(), kText) << bytes;
+        EXPECT_EQ(filesThere(), before) << bytes;
+    }
 }
 
 TEST_F(PosixSettings, NoDescriptorIsLeftOpen) {

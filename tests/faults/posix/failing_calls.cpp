@@ -8,7 +8,6 @@
 #include <pwd.h>
 #include <sys/file.h>
 #include <sys/mman.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -77,7 +76,6 @@ WRAPPED(int, flock, (int file, int operation), (file, operation), -1)
 WRAPPED(int, fstat, (int file, struct stat* status), (file, status), -1)
 WRAPPED(int, fstatat, (int folder, const char* path, struct stat* status, int flags), (folder, path, status, flags), -1)
 WRAPPED(int, ftruncate, (int file, off_t size), (file, size), -1)
-WRAPPED(int, getrlimit, (int resource, struct rlimit* limit), (resource, limit), -1)
 WRAPPED(int, mkdir, (const char* path, mode_t mode), (path, mode), -1)
 WRAPPED(void*, mmap, (void* at, std::size_t size, int access, int flags, int file, off_t start),
         (at, size, access, flags, file, start), MAP_FAILED)

@@ -23,6 +23,8 @@
 #include "platform/posix/runtime_folder.hpp"
 #include "platform/posix/text.hpp"
 
+#include <algorithm>
+#include <array>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -117,6 +119,19 @@ Hold judge(int file, std::size_t bytes, off_t& size) noexcept {
     return size == static_cast<off_t>(bytes) ? Hold::Opened : Hold::Misfits;
 }
 
+/// Takes the space where the file system can't do so itself. A file that is only made longer would have none.
+bool fillWithZeros(int file, std::size_t bytes) noexcept {
+    constexpr std::array<char, 4096> kZeros{};
+    for (std::size_t done = 0; done < bytes;) {
+        const std::size_t wanted = std::min(kZeros.size(), bytes - done);
+        const ssize_t count = ::pwrite(file, kZeros.data(), wanted, static_cast<off_t>(done));
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) return false;
+        done += static_cast<std::size_t>(count);
+    }
+    return true;
+}
+
 /// Space is taken now, so that a full file system is an error here and not a fault at some later access.
 bool allocate(int file, std::size_t bytes) noexcept {
     const WithoutWriteSignals guard;
@@ -124,7 +139,7 @@ bool allocate(int file, std::size_t bytes) noexcept {
     int result = 0;
     do result = ::fallocate(file, 0, 0, size);
     while (result != 0 && errno == EINTR);
-    return result == 0 || (errno == EOPNOTSUPP && ::ftruncate(file, size) == 0);
+    return result == 0 || (errno == EOPNOTSUPP && fillWithZeros(file, bytes));
 }
 
 /// Removes a remnant; asked with the life byte held exclusively. It is asked whether the name still means this
@@ -146,7 +161,9 @@ Hold make(const Folder& folder, int file, std::size_t bytes) noexcept {
     if (judged == Hold::None || judged == Hold::Later) return judged;
     if (size != 0) return sweep(folder, file);
     const bool made = allocate(file, bytes) && ::fchmod(file, S_IRUSR | S_IWUSR) == 0 && setHold(file, F_RDLCK);
-    return made ? Hold::Made : Hold::None;
+    if (made) return Hold::Made;
+    sweep(folder, file); // gives back what it took
+    return Hold::None;
 }
 
 /// Joins those who hold the section. Empty, it is the remnant of a maker that was killed at work: whoever

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <fcntl.h>
@@ -21,6 +22,20 @@
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
+
+namespace {
+bool fallocateIsMissing = false; // as on file systems that can't take space ahead
+} // namespace
+
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker's own names
+extern "C" int __real_fallocate(int file, int mode, off_t start, off_t size);
+extern "C" int __wrap_fallocate(int file, int mode, off_t start, off_t size);
+extern "C" int __wrap_fallocate(int file, int mode, off_t start, off_t size) {
+    if (!fallocateIsMissing) return __real_fallocate(file, mode, start, size);
+    errno = EOPNOTSUPP;
+    return -1;
+}
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace tallowmere::test {
 namespace {
@@ -402,17 +417,55 @@ TEST_F(PosixSection, AFileRemovedByHandLeavesItsHoldersAloneWithIt) {
     EXPECT_TRUE(openOrCreate()->existed());
 }
 
-TEST_F(PosixSection, WithoutSpaceItFailsInsteadOfFaultingLater) {
-    Child child([this](const Child::Line&) {
+/// Whether a full file system is a failure, asked in a child: its result is 0 for yes, 2 when it can't be tried.
+int failsWithoutSpace(const fs::path& folder) {
+    Child child([&](const Child::Line&) {
         if (::unshare(CLONE_NEWNS) != 0 || ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return 2;
-        if (::mount("tmpfs", surroundings_.runtime().c_str(), "tmpfs", 0, "size=128k,mode=700") != 0) return 2;
+        if (::mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=128k,mode=700") != 0) return 2;
         const bool fails = openOrCreate() == nullptr && openOrCreate() == nullptr;
         const bool smallOneFits = openOrCreate(u"Small", 4096) != nullptr;
         return fails && smallOneFits ? 0 : 1;
     });
-    const int result = child.finish();
+    return child.finish();
+}
+
+TEST_F(PosixSection, WithoutSpaceItFailsInsteadOfFaultingLater) {
+    const int result = failsWithoutSpace(surroundings_.runtime());
     if (result == 2) GTEST_SKIP() << "this process may not mount a file system";
     EXPECT_EQ(result, 0);
+}
+
+/// Where a file system can't take space ahead.
+class PosixSectionWithoutFallocate : public PosixSection {
+  protected:
+    PosixSectionWithoutFallocate() { fallocateIsMissing = true; }
+    ~PosixSectionWithoutFallocate() override { fallocateIsMissing = false; }
+};
+
+TEST_F(PosixSectionWithoutFallocate, ItsSpaceIsTakenAllTheSame) {
+    const auto section = openOrCreate();
+    EXPECT_TRUE(isNew(section.get()));
+    struct stat status {};
+    ASSERT_EQ(::stat(file().c_str(), &status), 0);
+    EXPECT_EQ(status.st_size, static_cast<off_t>(kBytes));
+    EXPECT_GE(status.st_blocks * 512, static_cast<off_t>(kBytes));
+}
+
+TEST_F(PosixSectionWithoutFallocate, WithoutSpaceItFailsInsteadOfFaultingLater) {
+    const int result = failsWithoutSpace(surroundings_.runtime());
+    if (result == 2) GTEST_SKIP() << "this process may not mount a file system";
+    EXPECT_EQ(result, 0);
+}
+
+TEST_F(PosixSectionWithoutFallocate, AFileSizeLimitBelowItsSizeMakesItFailAndEndsNobody) {
+    Child limited([](const Child::Line&) {
+        const rlimit limit{5000, 5000};
+        if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return 1;
+        return openOrCreate() == nullptr ? 0 : 2;
+    });
+    EXPECT_EQ(limited.finish(), 0);
+    EXPECT_FALSE(fs::exists(file())); // gives back what it took
+    EXPECT_TRUE(isNew(openOrCreate().get()));
 }
 
 TEST_F(PosixSection, NoDescriptorIsLeftOpen) {

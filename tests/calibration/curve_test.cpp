@@ -135,6 +135,16 @@ TEST(Spline, DirtyRowIsBuiltByItsNextEvaluation) {
     EXPECT_EQ(row.dirty, 0);
 }
 
+TEST(Spline, BuildingATableLeavesRowsThatAreNotDirtyAlone) {
+    CalibrationTable table =
+        tableOf({rowOf(0, {{0.0, 0.0}, {1.0, 1.0}, {2.0, 4.0}}), rowOf(1, {{0.0, 0.0}, {1.0, 1.0}, {2.0, 4.0}})});
+    table.rows[0].dirty = 0;
+    table.rows[1].dirty = 1;
+    BuildSplines(table);
+    EXPECT_EQ(table.rows[0].knots[1].y2, kNone);
+    EXPECT_NE(table.rows[1].knots[1].y2, kNone);
+}
+
 TEST(Spline, BuildingFewerThanTwoKnotsLeavesThemAlone) {
     CurveRow row = rowOf(0, {{1.0, 2.0}});
     EXPECT_FALSE(BuildSpline(row));

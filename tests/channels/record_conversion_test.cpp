@@ -297,5 +297,11 @@ TEST(RecordConversion, WithoutASectionTheCatalogueDecides) {
     EXPECT_EQ(store.noValueRecord(kGpsTime), (Record{3, 0x7FFFFFFFFFFFFFFF}));
 }
 
+TEST(RecordEquality, LooksAtKindAndPayload) {
+    EXPECT_EQ(Record::ofNumber(1.5), Record::ofNumber(1.5));
+    EXPECT_NE(Record::ofNumber(1.5), Record::ofNumber(2.5));
+    EXPECT_NE(Record::ofTicks(0), Record::ofNumber(0.0)) << "the same payload";
+}
+
 } // namespace
 } // namespace tallowmere::test

@@ -445,5 +445,12 @@ TEST(FetchWithoutASection, GivesTheNoValueRecord) {
     EXPECT_FALSE(store.fetch(kBsp, 0).holdsValue);
 }
 
+TEST_F(StoreTest, PlainReadsBeyondTheChannelsAndBoatsGiveNothing) {
+    double value = -1;
+    EXPECT_FALSE(readValue(memory.area(), static_cast<ChannelIndex>(kChannelCount), 0, value));
+    EXPECT_FALSE(readValue(memory.area(), ZAN_BSP, static_cast<BoatIndex>(kBoatCount), value));
+    EXPECT_EQ(value, -1);
+}
+
 } // namespace
 } // namespace tallowmere::test

@@ -272,6 +272,37 @@ TEST(RegistryChange, NamesThatFitNoLineAreNotWritten) {
     EXPECT_EQ(document.text(), "");
 }
 
+TEST(RegistryText, AQuotedTextThatEndsInABackslashIsNone) {
+    EXPECT_EQ(valueOf("\"v\"=\"A\\"), "none");
+    EXPECT_EQ(valueOf("\"v\\"), "none");
+}
+
+TEST(RegistryText, AListOfAnyTypeWithWrongBytesIsNone) {
+    EXPECT_EQ(valueOf("\"v\"=hex(3):zz"), "none");
+}
+
+TEST(RegistryText, AKeyMayEndInABackslash) {
+    EXPECT_EQ(valueIn(kHeader + "[HKCU\\Software\\Tallowmere\\core\\]\r\n\"v\"=dword:1\r\n"), "4:01000000");
+}
+
+TEST(RegistryText, AKeyLineMayEndWithTheUsersRoot) {
+    EXPECT_EQ(valueIn(kHeader + kKeyLine + "\"v\"=dword:1\r\n[-HKEY_CURRENT_USER]\r\n"), "no key");
+    EXPECT_EQ(valueIn(kHeader + "[HKEY_CURRENT_USER]\r\n\"v\"=dword:1\r\n"), "no key");
+    EXPECT_EQ(valueIn(kHeader + "[HKEY_CURRENT_USERS\\Software\\Tallowmere\\core]\r\n\"v\"=dword:1\r\n"), "no key");
+}
+
+TEST(RegistryDocument, WritesIntoATextOfEmptyLines) {
+    RegistryDocument document("\n");
+    EXPECT_TRUE(document.setValue(kKey, u"v", writeDwordLine(u"v", 7)));
+    EXPECT_EQ(valueIn(document.text()), "4:07000000");
+}
+
+TEST(RegistryDocument, DoesNotMakeAKeyWhoseNameFitsNoLine) {
+    RegistryDocument document(kHeader);
+    EXPECT_FALSE(document.setValue(u"Soft\nware", u"v", writeDwordLine(u"v", 7)));
+    EXPECT_EQ(document.text(), kHeader);
+}
+
 /// The complaints about a text, each as "LINE what".
 std::vector<std::string> complaintsAbout(const std::string& text) {
     std::vector<std::string> shown;
@@ -291,6 +322,12 @@ TEST(RegistryComplaints, LinesThatMakeNoSenseAreToldWithTheirNumber) {
     EXPECT_EQ(complaintsAbout(kHeader + kKeyLine + "\"v\"=hex:00,\\\r\n  01\r\nv=1\r\n\"w\"=dword:xyz\r\n[HKCU\\a\r\n"),
               (std::vector<std::string>{"6 is neither a key nor a value", "7 is neither a key nor a value",
                                         "8 is a key without its closing bracket"}));
+}
+
+TEST(RegistryComplaints, AValueSetTwiceIsTold) {
+    EXPECT_EQ(
+        complaintsAbout(kHeader + kKeyLine + "\"v\"=dword:1\n\"w\"=dword:1\n\"V\"=dword:2\n[HKCU\\a]\n\"v\"=dword:1\n"),
+        (std::vector<std::string>{"6 sets the value of line 4 again"}));
 }
 
 TEST(RegistryComplaints, ValuesThatBelongToNoKeyOfTheUserAreTold) {

@@ -22,6 +22,7 @@ namespace fs = std::filesystem;
 class Processes : public testing::Test {
   protected:
     void SetUp() override {
+        ::umask(022); // settings that the group may write to would not be taken
         std::string pattern = (fs::temp_directory_path() / "tallowmere-process-XXXXXX").string();
         folder_ = ::mkdtemp(pattern.data());
         for (const char* name : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_DATA_HOME"})

@@ -196,7 +196,7 @@ TEST_F(Loading, MakesNoThread) {
     EXPECT_EQ(threadCount(), before);
 }
 
-/// Threads that hold a file of the data folder, the key of the settings and a lock, and wait for nothing but to
+/// Threads that hold a file of the data folder and the key of the settings, and wait for nothing but to
 /// be let go.
 class HoldingThreads {
   public:

@@ -60,3 +60,13 @@ if(TALLOWMERE_SANITIZE_THREADS)
     add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
     add_link_options(-fsanitize=thread)
 endif()
+if(TALLOWMERE_COVERAGE)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        message(FATAL_ERROR "TALLOWMERE_COVERAGE needs clang++")
+    endif()
+    # The tests too: the linker takes inline functions from whichever object comes first. Counters live in the
+    # written file, so that what a child that is killed or leaves by _exit has taken counts.
+    target_compile_options(tallowmere_options INTERFACE
+        -fprofile-instr-generate -fcoverage-mapping "SHELL:-mllvm -runtime-counter-relocation")
+    add_link_options(-fprofile-instr-generate)
+endif()

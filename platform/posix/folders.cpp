@@ -1,8 +1,21 @@
 #include "platform/posix/folders.hpp"
 
+#include <algorithm>
+#include <array>
+#include <climits>
 #include <fcntl.h>
+#include <string_view>
 
 namespace tallowmere::platform::posix {
+namespace {
+
+/// A slash or a dot at the end would have a link followed all the same.
+std::string_view withoutEnding(std::string_view path) noexcept {
+    while (path.size() > 1 && (path.ends_with('/') || path.ends_with("/."))) path.remove_suffix(1);
+    return path;
+}
+
+} // namespace
 
 void makeFolders(const std::string& path) {
     for (std::size_t end = path.find('/', 1); end != std::string::npos; end = path.find('/', end + 1))
@@ -11,7 +24,11 @@ void makeFolders(const std::string& path) {
 }
 
 Descriptor openFolder(int parent, const char* path, int flags) noexcept {
-    return Descriptor(::openat(parent, path, O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | flags));
+    const std::string_view name = withoutEnding(path);
+    std::array<char, PATH_MAX> terminated{};
+    if (name.size() >= terminated.size()) return {};
+    std::ranges::copy(name, terminated.begin());
+    return Descriptor(::openat(parent, terminated.data(), O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | flags));
 }
 
 bool isOwn(const struct stat& object, mode_t refused) noexcept {

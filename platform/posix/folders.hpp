@@ -11,7 +11,8 @@ namespace tallowmere::platform::posix {
 /// Makes a folder and its missing parents, for this user alone; a failure is ignored.
 void makeFolders(const std::string& path);
 
-/// Opens a folder, which must not be a symbolic link. `flags` are further open flags. Empty on failure.
+/// Opens a folder, which must not be a symbolic link, however its path ends. `flags` are further open flags. Empty on
+/// failure.
 [[nodiscard]] Descriptor openFolder(int parent, const char* path, int flags = 0) noexcept;
 
 /// True when the object belongs to the user whose rights this process has and nobody in `refused` (mode

@@ -498,6 +498,15 @@ class PosixSectionInSharedMemoryFolder : public PosixSection {
     fs::path sharedFile_ = "/dev/shm/" + fs::path(name_).string() + "." + std::to_string(::geteuid());
 };
 
+TEST_F(PosixSection, TheFoldersPathMayEndInSlashes) {
+    for (const char* ending : {"/", "//", "/.", "/./"}) {
+        surroundings_.setVariable("XDG_RUNTIME_DIR", surroundings_.runtime().string() + ending);
+        const auto section = openOrCreate();
+        ASSERT_NE(section, nullptr) << ending;
+        EXPECT_TRUE(fs::exists(file())) << ending;
+    }
+}
+
 TEST_F(PosixSectionInSharedMemoryFolder, WhenTheVariableIsUnsetOrNoAbsolutePath) {
     surroundings_.setVariable("XDG_RUNTIME_DIR", std::nullopt);
     expectThere("unset");
@@ -514,8 +523,10 @@ TEST_F(PosixSectionInSharedMemoryFolder, WhenTheFolderIsMissingOrNoFolder) {
     surroundings_.setVariable("XDG_RUNTIME_DIR", surroundings_.top() / "file");
     expectThere("a file");
     fs::create_directory_symlink(surroundings_.runtime(), surroundings_.top() / "link");
-    surroundings_.setVariable("XDG_RUNTIME_DIR", surroundings_.top() / "link");
-    expectThere("a symbolic link");
+    for (const char* ending : {"", "/", "//", "/.", "/./"}) {
+        surroundings_.setVariable("XDG_RUNTIME_DIR", (surroundings_.top() / "link").string() + ending);
+        expectThere(("a symbolic link" + std::string(ending)).c_str());
+    }
 }
 
 TEST_F(PosixSectionInSharedMemoryFolder, WhenOthersMayWriteToTheFolder) {

@@ -111,8 +111,12 @@ TEST_F(PosixSettings, SymbolicLinksAreNotFollowed) {
     fs::create_directory_symlink(surroundings_.config(), surroundings_.top() / "link");
     fs::remove(surroundings_.settingsFile());
     surroundings_.writeSettings(kText);
-    surroundings_.setVariable("XDG_CONFIG_HOME", surroundings_.top() / "link");
-    expectRefused(surroundings_.settingsFile());
+    for (const char* ending : {"", "/", "//", "/.", "/./"}) {
+        surroundings_.setVariable("XDG_CONFIG_HOME", (surroundings_.top() / "link").string() + ending);
+        expectRefused(surroundings_.settingsFile());
+        surroundings_.setVariable("XDG_CONFIG_HOME", surroundings_.config().string() + ending);
+        EXPECT_EQ(number(), 1U) << ending;
+    }
 }
 
 TEST_F(PosixSettings, ALinkInPlaceOfTheNewFileIsNotFollowed) {

@@ -83,8 +83,8 @@ std::vector<SettingsComplaint> settingsFileComplaints() {
     if (bytes) return registryComplaints(decodeRegistryFile(std::move(*bytes)), path);
     if (!SettingsFile::isThere()) return {};
     return {{path, 0,
-             "can't be taken: it and its folder must be the user's own, closed to the writing of others, no "
-             "symbolic links, and the file a regular one of at most 16 MiB",
+             "can't be taken: it and its folder must be the user's own, closed to the writing of group and "
+             "others (chmod go-w), no symbolic links, and the file a regular one of at most 16 MiB",
              "all settings have their defaults"}};
 }
 

@@ -15,7 +15,8 @@ constexpr const char* kFolder = "tallowmere";
 constexpr const char* kFile = "registry.reg";
 constexpr const char* kNewFile = "registry.reg.new"; // what a killed writer leaves, the next one removes
 constexpr off_t kLargestFile = off_t{16} << 20;
-constexpr int kPatience = 500; // tries, a millisecond apart
+constexpr mode_t kStrangersWriting = S_IWGRP | S_IWOTH; // a group may have other members
+constexpr int kPatience = 500;                          // tries, a millisecond apart
 
 std::string configurationHome() {
     return userFolder("XDG_CONFIG_HOME", ".config");
@@ -29,7 +30,7 @@ Descriptor openSettingsFolder(bool make) {
     if (!parent) return {};
     Descriptor folder = openFolder(parent.get(), kFolder);
     struct stat status {};
-    if (!folder || ::fstat(folder.get(), &status) != 0 || !isOwn(status, S_IWOTH)) return {};
+    if (!folder || ::fstat(folder.get(), &status) != 0 || !isOwn(status, kStrangersWriting)) return {};
     return folder;
 }
 
@@ -53,7 +54,8 @@ std::optional<std::string> SettingsFile::read() const {
     const Descriptor file(::openat(folder_.get(), kFile, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     if (!file) return errno == ENOENT ? std::optional<std::string>(std::in_place) : std::nullopt;
     struct stat status {};
-    if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || !isOwn(status, S_IWOTH)) return std::nullopt;
+    if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || !isOwn(status, kStrangersWriting))
+        return std::nullopt;
     if (status.st_size > kLargestFile) return std::nullopt;
     std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
     std::size_t done = 0;

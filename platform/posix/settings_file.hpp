@@ -9,7 +9,7 @@
 namespace tallowmere::platform::posix {
 
 /// $XDG_CONFIG_HOME/tallowmere (default ~/.config/tallowmere) with its file "registry.reg". The folder and
-/// the file must be the user's own and closed to the writing of strangers, and neither a symbolic link;
+/// the file must be the user's own and closed to the writing of group and others, and neither a symbolic link;
 /// else it is as if they were not there, and nothing is written.
 class SettingsFile {
   public:

@@ -81,7 +81,7 @@ TEST_F(PosixSettings, WithoutTheVariableTheFolderIsBelowHome) {
 
 TEST_F(PosixSettings, AFileThatTheUserMadeIsReadAndReplacedByAPrivateOne) {
     surroundings_.writeSettings("; mine\n" + kText);
-    ASSERT_EQ(::chmod(surroundings_.settingsFile().c_str(), 0664), 0);
+    ASSERT_EQ(::chmod(surroundings_.settingsFile().c_str(), 0644), 0);
     EXPECT_EQ(number(), 1U);
     open()->writeDword(u"Number", 2);
     EXPECT_EQ(number(), 2U);
@@ -130,11 +130,17 @@ TEST_F(PosixSettings, ALinkInPlaceOfTheNewFileIsNotFollowed) {
 
 TEST_F(PosixSettings, WhatStrangersMayWriteToIsRefused) {
     surroundings_.writeSettings(kText);
-    ASSERT_EQ(::chmod(surroundings_.settingsFile().c_str(), 0606), 0);
-    expectRefused(surroundings_.settingsFile());
+    for (const mode_t mode : {0606U, 0660U, 0664U}) {
+        ASSERT_EQ(::chmod(surroundings_.settingsFile().c_str(), mode), 0);
+        expectRefused(surroundings_.settingsFile());
+    }
     ASSERT_EQ(::chmod(surroundings_.settingsFile().c_str(), 0600), 0);
-    ASSERT_EQ(::chmod(folder().c_str(), 0707), 0);
-    expectRefused(surroundings_.settingsFile());
+    for (const mode_t mode : {0707U, 0770U, 02775U}) {
+        ASSERT_EQ(::chmod(folder().c_str(), mode), 0);
+        expectRefused(surroundings_.settingsFile());
+    }
+    ASSERT_EQ(::chmod(folder().c_str(), 02755), 0);
+    EXPECT_EQ(number(), 1U);
 }
 
 TEST_F(PosixSettings, ObjectsOfAnotherKindAreRefused) {

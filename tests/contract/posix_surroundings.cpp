@@ -47,6 +47,9 @@ void PosixSurroundings::giveTo(uid_t user) const {
 void PosixSurroundings::writeSettings(const std::string& bytes) const {
     fs::create_directories(settingsFile().parent_path());
     writeBytes(settingsFile(), bytes);
+    // Whatever the mask of who runs the tests, the group writes to neither.
+    for (const fs::path& path : {settingsFile().parent_path(), settingsFile()})
+        fs::permissions(path, fs::perms::group_write | fs::perms::others_write, fs::perm_options::remove);
 }
 
 std::string PosixSurroundings::readSettings() const {

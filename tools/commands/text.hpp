@@ -11,13 +11,21 @@ namespace tallowmere::tools {
 
 using tallowmere::printable;
 
-/// Characters in UTF-8 text, which is what a column of a table counts.
+/// The columns that UTF-8 text takes on a terminal: two for a wide character, none for a joining one.
 [[nodiscard]] std::size_t width(std::string_view text) noexcept;
 
-/// The first `columns` characters, or the text itself when it is no longer.
+/// As many whole characters as fit into so many columns; the text itself when all do.
 [[nodiscard]] std::string_view cutToWidth(std::string_view text, std::size_t columns) noexcept;
 
 /// Latin capital letters A to Z made small; everything else stays.
 [[nodiscard]] std::string lowerCased(std::string_view text);
+
+struct Decoded {
+    char32_t character;
+    std::size_t bytes;
+};
+
+/// The first character of UTF-8 text that is not empty. What is no UTF-8 counts as something.
+[[nodiscard]] Decoded firstOf(std::string_view text) noexcept;
 
 } // namespace tallowmere::tools

@@ -1,5 +1,7 @@
 #include "platform/terminal.hpp"
 
+#include "platform/posix/raw_terminal.hpp"
+
 #include <csignal>
 #include <cstdlib>
 #include <sys/ioctl.h>
@@ -13,15 +15,18 @@ constexpr int kUsualColumns = 80;
 std::atomic<bool> stopAsked{false};
 static_assert(std::atomic<bool>::is_always_lock_free, "set by a signal handler");
 
-extern "C" void askToStop(int) {
-    stopAsked = true;
+/// A second request takes the system's own way, once the terminal is the shell's again.
+extern "C" void askToStop(int number) {
+    if (!stopAsked.exchange(true)) return;
+    posix::leaveScreenSuddenly();
+    static_cast<void>(::signal(number, SIG_DFL));
+    static_cast<void>(::raise(number)); // delivered when this handler returns
 }
 
-/// A second request takes the system's own way. Waiting calls are interrupted, so that they see the first.
+/// Waiting calls are interrupted, so that they see the request.
 void watchSignals() noexcept {
     struct sigaction action {};
     action.sa_handler = askToStop;
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
     ::sigemptyset(&action.sa_mask);
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) ::sigaction(number, &action, nullptr);
 }

@@ -13,7 +13,8 @@ namespace {
 
 constexpr const char* kFolder = "tallowmere";
 constexpr const char* kFile = "registry.reg";
-constexpr const char* kNewFile = "registry.reg.new"; // what a killed writer leaves, the next one removes
+constexpr const char* kNewFile = "registry.reg.new";   // what a killed writer leaves, the next one removes
+constexpr const char* kLockFile = "registry.reg.lock"; // stays
 constexpr off_t kLargestFile = off_t{16} << 20;
 constexpr mode_t kStrangersWriting = S_IWGRP | S_IWOTH; // a group may have other members
 constexpr int kPatience = 500;                          // tries, a millisecond apart
@@ -32,6 +33,17 @@ Descriptor openSettingsFolder(bool make) {
     struct stat status {};
     if (!folder || ::fstat(folder.get(), &status) != 0 || !isOwn(status, kStrangersWriting)) return {};
     return folder;
+}
+
+/// The mode is set because a mask may have kept the user's own rights off a file just made, or somebody have given
+/// rights to others since.
+Descriptor openLockFile(int folder) noexcept {
+    Descriptor file(::openat(folder, kLockFile, O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY,
+                             S_IRUSR | S_IWUSR));
+    struct stat status {};
+    const bool isTaken = file && ::fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode) && isOwn(status, 0) &&
+                         ::fchmod(file.get(), S_IRUSR | S_IWUSR) == 0;
+    return isTaken ? std::move(file) : Descriptor();
 }
 
 } // namespace
@@ -82,16 +94,17 @@ bool SettingsFile::replace(const std::string& bytes) const {
     return written;
 }
 
-SettingsFile::WriteLock::WriteLock(const SettingsFile& file) noexcept : folder_(file.folder_.get()) {
-    for (int attempt = 0; folder_ >= 0 && attempt < kPatience && !held_; ++attempt) {
-        held_ = ::flock(folder_, LOCK_EX | LOCK_NB) == 0;
+SettingsFile::WriteLock::WriteLock(const SettingsFile& file) noexcept
+    : file_(file.folder_ ? openLockFile(file.folder_.get()) : Descriptor()) {
+    for (int attempt = 0; file_ && attempt < kPatience && !held_; ++attempt) {
+        held_ = ::flock(file_.get(), LOCK_EX | LOCK_NB) == 0;
         if (!held_) sleepFor(std::chrono::milliseconds(1));
     }
 }
 
 /// Unlocks, for a child forked by another thread meanwhile would keep the lock with its descriptor.
 SettingsFile::WriteLock::~WriteLock() {
-    if (held_) ::flock(folder_, LOCK_UN);
+    if (held_) ::flock(file_.get(), LOCK_UN);
 }
 
 } // namespace tallowmere::platform::posix

@@ -27,7 +27,9 @@ class SettingsFile {
     /// Replaces the file as one step: others see the old or the new one, whatever happens.
     bool replace(const std::string& bytes) const;
 
-    /// Keeps other writers away while it lives; they try for half a second before they give up.
+    /// Keeps other writers away while it lives; they try for half a second before they give up. What is locked is
+    /// the empty file "registry.reg.lock", which stays: the folder itself could be locked by everybody who may
+    /// read it, this file is the user's alone.
     class WriteLock {
       public:
         explicit WriteLock(const SettingsFile& file) noexcept;
@@ -37,7 +39,7 @@ class SettingsFile {
         explicit operator bool() const noexcept { return held_; }
 
       private:
-        int folder_;
+        Descriptor file_;
         bool held_ = false;
     };
 

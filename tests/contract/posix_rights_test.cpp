@@ -72,6 +72,8 @@ TEST_F(PosixRights, AStrangerOpensNeitherSectionNorSettingsNorTheHostsSocket) {
                     [&] {
                         if (!isRefused(surroundings_.runtime() / "Section")) return 1;
                         if (!isRefused(surroundings_.settingsFile())) return 2;
+                        if (!isRefused(surroundings_.settingsFile().string() + ".lock"))
+                            return 5; // else: writers held up
                         sockaddr_un address{};
                         address.sun_family = AF_UNIX;
                         std::ranges::copy(socketPath.string(), std::begin(address.sun_path));

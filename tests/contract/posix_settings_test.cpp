@@ -42,6 +42,8 @@ class PosixSettings : public testing::Test {
         return ::lstat(path.c_str(), &status) == 0 ? status.st_mode : 0;
     }
     [[nodiscard]] fs::path folder() const { return surroundings_.config() / "tallowmere"; }
+    [[nodiscard]] fs::path lockFile() const { return folder() / "registry.reg.lock"; }
+    [[nodiscard]] std::ptrdiff_t fileCount() const { return std::distance(fs::directory_iterator(folder()), {}); }
     /// Neither opened nor created, and the bytes stay.
     void expectRefused(const fs::path& file) {
         const std::string before = readBytes(file);
@@ -60,7 +62,9 @@ TEST_F(PosixSettings, FolderAndFileAreMadeForTheUserAlone) {
     EXPECT_EQ(modeOf(folder()), mode_t{S_IFDIR | 0700});
     EXPECT_EQ(modeOf(surroundings_.settingsFile()), mode_t{S_IFREG | 0600});
     EXPECT_EQ(surroundings_.readSettings(), kText);
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder()), {}), 1); // nothing else is left there
+    EXPECT_EQ(modeOf(lockFile()), mode_t{S_IFREG | 0600});
+    EXPECT_EQ(fs::file_size(lockFile()), 0U);
+    EXPECT_EQ(fileCount(), 2); // nothing else is left there
 }
 
 TEST_F(PosixSettings, OpeningMakesNoFolder) {
@@ -179,7 +183,7 @@ TEST_F(PosixSettings, AWriterKilledAtAnySystemCallLeavesTheOldOrTheNewFile) {
         EXPECT_TRUE(number() == 1U || number() == 2U) << calls;
         create()->writeDword(u"Other", 3);
         EXPECT_EQ(number(u"Other"), 3U) << calls;
-        EXPECT_EQ(std::distance(fs::directory_iterator(folder()), {}), 1) << calls;
+        EXPECT_EQ(fileCount(), 2) << calls; // the settings and the lock
     }
     EXPECT_EQ(number(), 2U);
     EXPECT_GT(calls, 20);
@@ -209,7 +213,7 @@ TEST_F(PosixSettings, WritersAtOnceLoseNothingOfEachOthers) {
 TEST_F(PosixSettings, AStoppedWriterHoldsOthersUpForABoundedTimeOnly) {
     surroundings_.writeSettings(kText);
     const auto key = open();
-    const int lock = ::open(folder().c_str(), O_RDONLY | O_DIRECTORY);
+    const int lock = ::open(lockFile().c_str(), O_RDWR | O_CREAT, 0600);
     ASSERT_EQ(::flock(lock, LOCK_EX), 0);
     const auto start = std::chrono::steady_clock::now();
     key->writeDword(u"Number", 2);
@@ -218,6 +222,40 @@ TEST_F(PosixSettings, AStoppedWriterHoldsOthersUpForABoundedTimeOnly) {
     ::close(lock);
     key->writeDword(u"Number", 2);
     EXPECT_EQ(number(), 2U);
+}
+
+/// Everybody who may read the folder or the file can lock them.
+TEST_F(PosixSettings, ALockOfTheFolderOrTheFileHoldsNobodyUp) {
+    surroundings_.writeSettings(kText);
+    const int ofFolder = ::open(folder().c_str(), O_RDONLY | O_DIRECTORY);
+    const int ofFile = ::open(surroundings_.settingsFile().c_str(), O_RDONLY);
+    ASSERT_EQ(::flock(ofFolder, LOCK_EX), 0);
+    ASSERT_EQ(::flock(ofFile, LOCK_EX), 0);
+    open()->writeDword(u"Number", 2);
+    EXPECT_EQ(number(), 2U);
+    ::close(ofFolder);
+    ::close(ofFile);
+}
+
+TEST_F(PosixSettings, ALockFileOpenToOthersIsClosedToThemAgain) {
+    surroundings_.writeSettings(kText);
+    writeBytes(lockFile(), "");
+    ASSERT_EQ(::chmod(lockFile().c_str(), 0666), 0);
+    open()->writeDword(u"Number", 2);
+    EXPECT_EQ(number(), 2U);
+    EXPECT_EQ(modeOf(lockFile()), mode_t{S_IFREG | 0600});
+}
+
+TEST_F(PosixSettings, ALockThatIsNoFileLeavesTheOldSettings) {
+    surroundings_.writeSettings(kText);
+    writeBytes(surroundings_.top() / "victim", "precious");
+    fs::create_symlink(surroundings_.top() / "victim", lockFile());
+    open()->writeDword(u"Number", 2);
+    fs::remove(lockFile());
+    ASSERT_EQ(::mkfifo(lockFile().c_str(), 0600), 0);
+    open()->writeDword(u"Number", 2);
+    EXPECT_EQ(number(), 1U);
+    EXPECT_EQ(readBytes(surroundings_.top() / "victim"), "precious");
 }
 
 TEST_F(PosixSettings, AFolderThatTakesNoFileLeavesTheOldOne) {
@@ -229,8 +267,6 @@ TEST_F(PosixSettings, AFolderThatTakesNoFileLeavesTheOldOne) {
 
 TEST_F(PosixSettings, AFileSizeLimitLeavesTheOldFileNoOtherAndEndsNobody) {
     surroundings_.writeSettings(kText);
-    const auto filesThere = [this] { return std::distance(fs::directory_iterator(folder()), {}); };
-    const auto before = filesThere();
     for (const rlim_t bytes : {rlim_t{0}, rlim_t{10}}) {
         Child child([bytes](const Child::Line&) {
             const rlimit limit{bytes, bytes};
@@ -241,7 +277,7 @@ TEST_F(PosixSettings, AFileSizeLimitLeavesTheOldFileNoOtherAndEndsNobody) {
         });
         EXPECT_EQ(child.finish(), 0) << bytes;
         EXPECT_EQ(surroundings_.readSettings(), kText) << bytes;
-        EXPECT_EQ(filesThere(), before) << bytes;
+        EXPECT_EQ(fileCount(), 2) << bytes; // the settings and the lock
     }
 }
 

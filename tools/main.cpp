@@ -30,9 +30,14 @@ int finish(int exitCode) {
 int main(int argc, char** argv) {
     std::setvbuf(stdout, nullptr, _IOFBF, kOutputBuffer);
     platform::prepareStandardStreams();
-    const tools::CommandContext context{
-        platform::hostPlatform(), std::cout, std::cerr, platform::stopRequested(), platform::outputIsTerminal(),
-        platform::terminalColumns};
+    const tools::CommandContext context{platform::hostPlatform(),
+                                        std::cout,
+                                        std::cerr,
+                                        platform::stopRequested(),
+                                        platform::outputIsTerminal(),
+                                        platform::terminalColumns,
+                                        platform::screenSize,
+                                        platform::openKeyboard};
     try {
         return finish(tools::runProgram(context, platform::commandLine(argc, argv)));
     } catch (const std::exception& error) { // out of memory, most likely

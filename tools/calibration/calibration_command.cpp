@@ -4,6 +4,7 @@
 #include "tools/calibration/check.hpp"
 #include "tools/calibration/plot.hpp"
 #include "tools/calibration/show.hpp"
+#include "tools/commands/common_options.hpp"
 
 #include <CLI/CLI.hpp>
 
@@ -17,8 +18,8 @@ constexpr char kFooter[] =
 degrees, millibars. Nothing is changed by looking.)";
 
 constexpr char kCheckFooter[] =
-    R"(One problem a line: FILE:LINE: what is wrong; what is made of it. Exit codes: 0 no problem; 1 problems;
-2 wrong usage, or no such item or file.)";
+    R"(One problem a line: FILE:LINE: what is wrong; what is made of it. The exit code is 1 when there are problems,
+2 when there is no such item or file.)";
 
 void addEval(CLI::App& parent, const CommandContext& context, int& exitCode) {
     CLI::App* const command = parent.add_subcommand("eval", "Say what the table gives, and how a value is stored");
@@ -26,6 +27,7 @@ void addEval(CLI::App& parent, const CommandContext& context, int& exitCode) {
     command->add_option("ITEM", options->item, "Number or name")->required();
     command->add_option("X", options->x, "Value of the column input")->required();
     command->add_option("R", options->r, "Value of the row input; without it the current one");
+    addJsonFlag(*command, options->json);
     command->callback([&context, &exitCode, options] { exitCode = runCalibrationEval(context, *options); });
 }
 
@@ -43,13 +45,15 @@ void addCalibration(CLI::App& app, const CommandContext& context, int& exitCode)
     CLI::App* const command = app.add_subcommand("calibration", "Look at the user's calibration");
     command->require_subcommand(1);
     command->footer(kFooter);
-    command->add_subcommand("list", "List the items")->callback([&context, &exitCode] {
-        exitCode = runCalibrationList(context);
-    });
+    CLI::App* const list = command->add_subcommand("list", "List the items");
+    const auto json = std::make_shared<bool>(false); // of the one command that is called
+    addJsonFlag(*list, *json);
+    list->callback([&context, &exitCode, json] { exitCode = runCalibrationList(context, *json); });
     CLI::App* const show = command->add_subcommand("show", "Show an item's table as loaded");
     const auto item = std::make_shared<std::string>();
     show->add_option("ITEM", *item, "Number or name")->required();
-    show->callback([&context, &exitCode, item] { exitCode = runCalibrationShow(context, *item); });
+    addJsonFlag(*show, *json);
+    show->callback([&context, &exitCode, item, json] { exitCode = runCalibrationShow(context, *item, *json); });
     addEval(*command, context, exitCode);
     addPlot(*command, context, exitCode);
 }
@@ -59,8 +63,10 @@ void addCheck(CLI::App& app, const CommandContext& context, int& exitCode) {
         app.add_subcommand("check", "Read settings, configuration and calibration strictly, and report problems");
     const auto target = std::make_shared<std::string>();
     command->add_option("TARGET", *target, "A calibration item or a file; without it everything there is");
+    const auto json = std::make_shared<bool>(false);
+    addJsonFlag(*command, *json);
     command->footer(kCheckFooter);
-    command->callback([&context, &exitCode, target] { exitCode = runCheck(context, *target); });
+    command->callback([&context, &exitCode, target, json] { exitCode = runCheck(context, *target, *json); });
 }
 
 } // namespace

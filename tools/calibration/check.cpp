@@ -8,7 +8,10 @@
 #include "tools/calibration/file_names.hpp"
 #include "tools/calibration/item_finder.hpp"
 #include "tools/calibration/user_calibration.hpp"
+#include "tools/commands/json_output.hpp"
 #include "tools/commands/text.hpp"
+
+#include <nlohmann/json.hpp>
 
 namespace tallowmere::tools {
 namespace {
@@ -35,7 +38,7 @@ void checkItemFile(Platform& platform, UserCalibration& user, std::size_t id, Fi
     const CalibrationItem& item = user.item(id);
     if (platform.exists(item.file)) return checkCalibrationFile(platform, item.file, id, findings);
     if (isSwitchedOn(platform, id) && !hasFileSetting(platform, id))
-        findings.add(item.file, 0, "is missing, though " + quoted(item.name) + " is in use",
+        findings.add(item.file, 0, "is missing, though " + tools::quoted(item.name) + " is in use",
                      "the table is empty and gives no correction");
 }
 
@@ -82,8 +85,21 @@ void checkFile(const Platform& platform, const std::u16string& path, Findings& f
     checkBoatsFile(platform, path, findings);
 }
 
-int summarise(const CommandContext& context, const Findings& findings) {
-    for (const Problem& problem : findings.kept()) context.out << problem.text() << '\n';
+Json jsonOf(const Findings& findings) {
+    Json problems = Json::array();
+    for (const Problem& problem : findings.kept())
+        problems.push_back({{"place", problem.place},
+                            {"line", problem.line == 0 ? Json() : Json(problem.line)},
+                            {"what", problem.what},
+                            {"effect", problem.effect}});
+    return {{"count", findings.count()}, {"problems", std::move(problems)}};
+}
+
+int summarise(const CommandContext& context, const Findings& findings, bool json) {
+    if (json)
+        writeJson(context.out, jsonOf(findings));
+    else
+        for (const Problem& problem : findings.kept()) context.out << problem.text() << '\n';
     const std::size_t count = findings.count();
     context.err << "tallowmere: "
                 << (count == 0   ? std::string("no problem found")
@@ -95,25 +111,25 @@ int summarise(const CommandContext& context, const Findings& findings) {
 
 } // namespace
 
-int runCheck(const CommandContext& context, const std::string& target) {
+int runCheck(const CommandContext& context, const std::string& target, bool json) {
     Findings findings;
     if (target.empty()) {
         checkEverything(context.platform, findings);
-        return summarise(context, findings);
+        return summarise(context, findings, json);
     }
     const FoundItem item = findItem(target);
     if (item.id) {
         checkItem(context.platform, *item.id, findings);
-        return summarise(context, findings);
+        return summarise(context, findings, json);
     }
     const auto path = wideFileName(target);
     if (!path || !context.platform.exists(*path)) {
-        context.err << "tallowmere: there is neither a calibration item nor a file " << quoted(std::string_view(target))
-                    << "; " << item.error << '\n';
+        context.err << "tallowmere: there is neither a calibration item nor a file "
+                    << tools::quoted(std::string_view(target)) << "; " << item.error << '\n';
         return exit_code::kUsage;
     }
     checkFile(context.platform, *path, findings);
-    return summarise(context, findings);
+    return summarise(context, findings, json);
 }
 
 } // namespace tallowmere::tools

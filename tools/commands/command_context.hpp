@@ -1,21 +1,16 @@
 // What a command works with. The program passes the real things, tests pass others.
 #pragma once
 
+#include "platform/keyboard.hpp"
 #include "platform/platform.hpp"
+#include "tools/commands/exit_codes.hpp"
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <ostream>
 
 namespace tallowmere::tools {
-
-/// Exit codes of the program.
-namespace exit_code {
-inline constexpr int kDone = 0;
-inline constexpr int kNotFound = 1; // no such channel, no shared data, a write that was refused
-inline constexpr int kUsage = 2;    // a command line that makes no sense
-inline constexpr int kSystem = 3;   // the section can't be made, the output can't be written
-} // namespace exit_code
 
 struct CommandContext {
     platform::Platform& platform;
@@ -24,6 +19,8 @@ struct CommandContext {
     const std::atomic<bool>& stop;                    // set when the user asks the program to end
     bool terminal = false;                            // `out` is a terminal that understands ANSI sequences
     std::function<int()> columns = [] { return 80; }; // of that terminal, now
+    std::function<platform::ScreenSize()> screenSize = [] { return platform::ScreenSize(); }; // likewise
+    std::function<std::unique_ptr<platform::Keyboard>()> keyboard = [] { return nullptr; };   // null: none
 };
 
 } // namespace tallowmere::tools

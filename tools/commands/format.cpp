@@ -117,6 +117,11 @@ std::string formatMomentTenths(std::int64_t ticks) {
     return formatSeconds(divideDown(ticks, kTicksPerSecond)) + print(".%dZ", tenth);
 }
 
+std::string formatMomentTicks(std::int64_t ticks) {
+    return formatSeconds(divideDown(ticks, kTicksPerSecond)) +
+           print(".%07dZ", static_cast<int>(remainder(ticks, kTicksPerSecond)));
+}
+
 std::string formatSpan(std::int64_t ticks) {
     constexpr std::uint64_t ticksPerTenth = kTicksPerSecond / 10;
     const std::uint64_t magnitude =

@@ -32,6 +32,9 @@ inline constexpr char kNoValueText[] = "-";
 /// The same with tenths of a second, cut.
 [[nodiscard]] std::string formatMomentTenths(std::int64_t ticks);
 
+/// The same with all seven decimals.
+[[nodiscard]] std::string formatMomentTicks(std::int64_t ticks);
+
 /// A time span (100 ns) as [-]h:mm:ss, with tenths of a second when there are some.
 [[nodiscard]] std::string formatSpan(std::int64_t ticks);
 

@@ -12,9 +12,11 @@ namespace tallowmere::tools {
 struct GetOptions {
     std::vector<std::string> channels; // numbers or names
     BoatIndex boat = 0;
+    bool json = false;
 };
 
-/// A line for each channel: name, value, unit, age. No value is an answer too: "-".
+/// A line for each channel: name, value, unit, age. No value is an answer too: "-". As JSON one
+/// object with all of them.
 int runGet(const CommandContext& context, const GetOptions& options);
 
 } // namespace tallowmere::tools

@@ -9,6 +9,7 @@ enum class ListOf { Channels, Boats, Variables, Flags };
 
 /// Makes no section. Channels are listed from the catalogue when there is none; everything else lives in
 /// the section only.
-int runList(const CommandContext& context, ListOf what);
+/// json   one array of objects (for variables an object with two) instead of tables
+int runList(const CommandContext& context, ListOf what, bool json = false);
 
 } // namespace tallowmere::tools

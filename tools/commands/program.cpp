@@ -2,8 +2,11 @@
 #include "tools/commands/program.hpp"
 
 #include "tools/calibration/calibration_command.hpp"
+#include "tools/commands/common_options.hpp"
+#include "tools/commands/completion.hpp"
 #include "tools/commands/get.hpp"
 #include "tools/commands/list.hpp"
+#include "tools/commands/manual.hpp"
 #include "tools/commands/option_checks.hpp"
 #include "tools/commands/set.hpp"
 #include "tools/commands/status.hpp"
@@ -23,10 +26,7 @@ namespace {
 
 constexpr char kFooter[] =
     R"(A CHANNEL is a number from 0 to 413 or a name such as BSP ("tallowmere list"); case does not matter. Values are
-in base units: knots, nautical miles, metres, degrees. "-" means no value.
-
-Exit codes: 0 done; 1 not found (no such channel, no shared data) or a write was refused; 2 wrong usage;
-3 the shared data can't be made or the output can't be written.)";
+in base units: knots, nautical miles, metres, degrees. "-" means no value.)";
 
 constexpr char kSetFooter[] =
     R"(Positions are in degrees, north and east positive; a moment is days since 1899-12-30 UTC, a time span days.
@@ -37,7 +37,12 @@ constexpr char kWatchFooter[] =
     R"(On a terminal the table is drawn anew in place. Otherwise there is one line for each channel at first, and
 later one for each whose value has changed or become stale, checked each interval; its fields, separated by
 tabs: time of reading, channel, value, unit, age in seconds, "stale" or nothing. While a recording is being played
-the title says REPLAY, and the last field begins with "replay".)";
+the title says REPLAY, and the last field begins with "replay".
+
+With --all on a terminal keys choose what is shown: n, a, c sort by name, age or number; / and a text search; v shows
+channels without a value too; b and B go to another boat; arrows, PgUp, PgDn, Home and End scroll; q ends. "Writes/s"
+is what was seen at 20 looks a second; "+" after it means at least. "2 levels" marks a channel whose value jumps back
+and forth between two levels, as it does when two programs write it; docs/commands.md has the rule.)";
 
 /// Where options are kept must outlive the parsing.
 template <class Options> std::shared_ptr<Options> keep() {
@@ -63,7 +68,9 @@ void addList(CLI::App& app, const CommandContext& context, int& exitCode) {
     CLI::Option* const flags = flag("--flags", ListOf::Flags, "The system flags");
     boats->excludes(variables)->excludes(flags);
     variables->excludes(flags);
-    command->callback([&context, &exitCode, what] { exitCode = runList(context, *what); });
+    const auto json = keep<bool>();
+    addJsonFlag(*command, *json);
+    command->callback([&context, &exitCode, what, json] { exitCode = runList(context, *what, *json); });
 }
 
 void addGet(CLI::App& app, const CommandContext& context, int& exitCode) {
@@ -71,6 +78,7 @@ void addGet(CLI::App& app, const CommandContext& context, int& exitCode) {
     const auto options = keep<GetOptions>();
     command->add_option("CHANNEL", options->channels, "Numbers or short names")->required();
     addBoatOption(*command, options->boat);
+    addJsonFlag(*command, options->json);
     command->callback([&context, &exitCode, options] { exitCode = runGet(context, *options); });
 }
 
@@ -80,6 +88,7 @@ void addSet(CLI::App& app, const CommandContext& context, int& exitCode) {
     command->add_option("CHANNEL", options->channel, "Number or short name")->required();
     command->add_option("VALUE", options->value, "A number in the channel's base unit, or none")->required();
     addBoatOption(*command, options->boat);
+    addJsonFlag(*command, options->json);
     command->footer(kSetFooter);
     command->callback([&context, &exitCode, options] { exitCode = runSet(context, *options); });
 }
@@ -87,7 +96,8 @@ void addSet(CLI::App& app, const CommandContext& context, int& exitCode) {
 void addWatch(CLI::App& app, const CommandContext& context, int& exitCode) {
     CLI::App* const command = app.add_subcommand("watch", "Show the values of channels, live");
     const auto options = keep<WatchOptions>();
-    command->add_option("CHANNEL", options->channels, "Numbers or short names; without any the usual sailing ones");
+    CLI::Option* const channels =
+        command->add_option("CHANNEL", options->channels, "Numbers or short names; without any the usual sailing ones");
     addBoatOption(*command, options->boat);
     command->add_option("--interval", options->intervalSeconds, "Seconds between rounds")
         ->check(numberCheck(kShortestInterval, kLongestInterval))
@@ -96,13 +106,40 @@ void addWatch(CLI::App& app, const CommandContext& context, int& exitCode) {
     command->add_option("--count", options->count, "End after so many rounds; 0: go on")
         ->check(wholeNumberCheck(0, std::numeric_limits<int>::max()))
         ->type_name("ROUNDS");
+    command->add_flag("--all", options->all, "Every channel that holds a value; on a terminal on the whole screen")
+        ->excludes(channels);
+    addJsonFlag(*command, options->json);
     command->footer(kWatchFooter);
     command->callback([&context, &exitCode, options] { exitCode = runWatch(context, *options); });
 }
 
 void addStatus(CLI::App& app, const CommandContext& context, int& exitCode) {
     CLI::App* const command = app.add_subcommand("status", "Tell whether there is shared data, and how alive it is");
-    command->callback([&context, &exitCode] { exitCode = runStatus(context); });
+    const auto json = keep<bool>();
+    addJsonFlag(*command, *json);
+    command->callback([&context, &exitCode, json] { exitCode = runStatus(context, *json); });
+}
+
+/// What is told of the program as a whole: installed with it.
+void addDescriptions(CLI::App& app, const CommandContext& context) {
+    CLI::App* const completion = app.add_subcommand("completion", "Print a script by which a shell completes commands");
+    const auto shell = keep<std::string>();
+    completion->add_option("SHELL", *shell, "bash")->required()->check(CLI::IsMember({"bash"}))->type_name("");
+    completion->callback([&app, &context, shell] { context.out << bashCompletion(describe(app)); });
+    CLI::App* const manual = app.add_subcommand("manual", "Print the manual page, for man");
+    manual->callback([&app, &context] {
+        CommandText program = describe(app);
+        program.footer = kFooter; // the page has a chapter of its own for the exit codes
+        context.out << manualPage(program, TALLOWMERE_VERSION);
+    });
+}
+
+std::string footerWithExitCodes() {
+    std::string text = std::string(kFooter) + "\n\nExit codes:\n";
+    for (const exit_code::Meaning& meaning : exit_code::kAll)
+        text += "  " + std::to_string(meaning.code) + "  " + meaning.text + "\n";
+    text.pop_back();
+    return text;
 }
 
 int reportUsage(const CommandContext& context, const CLI::App& app, const CLI::ParseError& error) {
@@ -128,7 +165,8 @@ int runProgram(const CommandContext& context, const std::vector<std::string>& ar
     addFeedCommand(app, exitCode);
     addSimulateCommand(app, exitCode);
     addRecordingCommands(app, context, exitCode);
-    app.footer(kFooter); // now, so that no command inherits it
+    addDescriptions(app, context);
+    app.footer(footerWithExitCodes()); // now, so that no command inherits it
 
     // The parser takes the arguments last first, without the program's name.
     std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());

@@ -57,18 +57,28 @@ Freshness freshnessOf(const SharedArea* area, ChannelIndex channel, BoatIndex bo
 
 Reading readChannel(const SharedArea* area, ChannelIndex channel, BoatIndex boat, std::int64_t now) {
     Reading reading;
-    reading.name = nameOf(area, channel);
+    reading.channel = channel;
+    reading.channelName = nameOf(area, channel);
+    reading.name = reading.channelName;
 
     const ChannelIndex source = isAlternating(channel) ? resolveAlternating(area, channel) : channel;
     if (source >= kChannelCount) return reading;
-    if (source != channel) reading.name += " > " + nameOf(area, source);
-    reading.unit = unitShown(unitClassOf(area, source));
+    reading.source = source;
+    reading.sourceName = nameOf(area, source);
+    reading.unitClass = unitClassOf(area, source);
+    if (source != channel) reading.name += " > " + reading.sourceName;
+    reading.unit = unitShown(reading.unitClass);
 
     const RecordResult found = fetchRecord(area, source, boat);
     if (!found.holdsValue) return reading;
-    reading.value = formatRecord(area, source, asDeclared(area, source, found.record));
-    if (const auto stamp = stampOf(area, source, boat)) reading.age = ageSeconds(*stamp, now);
-    reading.freshness = freshnessOf(area, source, boat, now);
+    const Record record = asDeclared(area, source, found.record);
+    reading.value = formatRecord(area, source, record);
+    reading.number = recordAsDouble(area, source, record).value;
+    if (reading.unitClass == UnitClass::DateTime && static_cast<StorageKind>(record.kind()) == StorageKind::Time)
+        reading.moment = record.ticks();
+    reading.stamp = stampOf(area, source, boat);
+    if (reading.stamp) reading.age = ageSeconds(*reading.stamp, now);
+    reading.freshness = tallowmere::freshnessOf(source, reading.age);
     return reading;
 }
 

@@ -30,6 +30,16 @@ struct Reading {
     std::string unit;        // empty where there is none or the value names it
     std::optional<double> age;
     Freshness freshness = Freshness::None;
+
+    // The same for programs.
+    ChannelIndex channel = kNone16;
+    ChannelIndex source = kNone16;          // that was read: another for an alternating one, 32767 for none
+    std::string channelName;                // without what it stands for
+    std::string sourceName;                 // empty for none
+    UnitClass unitClass = UnitClass::Plain; // of the source
+    double number = NO_VALUE;               // in the base unit, times in days; may be NaN or infinite
+    std::optional<std::int64_t> moment;     // what a date and time says, 100 ns since 1601-01-01 UTC
+    std::optional<std::int64_t> stamp;      // when it was written, unchecked; empty without a value
 };
 
 /// As a client reads: an alternating channel is replaced by what it stands for.

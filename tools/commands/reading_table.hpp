@@ -15,4 +15,8 @@ namespace tallowmere::tools {
 [[nodiscard]] std::vector<Reading> readAll(const SharedArea* area, const std::vector<ChannelIndex>& channels,
                                            BoatIndex boat, std::int64_t now);
 
+/// Every channel of a boat. What was never written (a stamp of 0) is no value, though boat 1 begins as zeros that
+/// read as values.
+[[nodiscard]] std::vector<Reading> readEverything(const SharedArea* area, BoatIndex boat, std::int64_t now);
+
 } // namespace tallowmere::tools

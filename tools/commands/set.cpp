@@ -3,8 +3,11 @@
 #include "core/channels/channel_lookup.hpp"
 #include "core/channels/system_values.hpp"
 #include "tools/commands/client.hpp"
+#include "tools/commands/json_output.hpp"
 #include "tools/commands/reading_table.hpp"
 #include "tools/commands/text.hpp"
+
+#include <nlohmann/json.hpp>
 
 #include <charconv>
 #include <cmath>
@@ -78,7 +81,10 @@ int runSet(const CommandContext& context, const SetOptions& options) {
         return exit_code::kNotFound;
     }
     const Reading stored = readChannel(client.area(), channel, options.boat, context.platform.now());
-    context.out << readingTable({stored}, false).text();
+    if (options.json)
+        writeJson(context.out, jsonOf(stored, options.boat));
+    else
+        context.out << readingTable({stored}, false).text();
     return exit_code::kDone;
 }
 

@@ -14,6 +14,7 @@ struct SetOptions {
     std::string channel; // number or name
     std::string value;   // a number in the channel's base unit (days for times), or "none"
     BoatIndex boat = 0;
+    bool json = false;
 };
 
 /// Writes as a client of the shared library does, with the same refusals, and shows what then stands there.

@@ -1,10 +1,13 @@
 #include "tools/commands/status.hpp"
 
 #include "core/channels/section_name.hpp"
+#include "tools/commands/json_output.hpp"
 #include "tools/commands/reading.hpp"
 #include "tools/commands/replay_mark.hpp"
 #include "tools/commands/text.hpp"
 #include "view/section_reader.hpp"
+
+#include <nlohmann/json.hpp>
 
 #include <array>
 #include <cstdio>
@@ -39,55 +42,115 @@ std::string countsText(const Counts& counts) {
            std::to_string(counts.none) + " without a value";
 }
 
-std::string otherBoats(const SharedArea& area, std::uint32_t boats, std::int64_t now) {
-    Counts total;
-    std::uint32_t liveBoats = 0;
-    for (BoatIndex boat = 1; boat < boats; ++boat) {
+/// What there is to tell, read once.
+struct Status {
+    std::string section; // its name
+    std::string maker;   // empty: unknown
+    bool replay = false;
+    std::uint64_t hostWindow = 0;
+    std::uint32_t boats = 0;
+    std::string dataFolder;
+    std::string database;
+    std::string marks;
+    Counts ownBoat;
+    Counts otherBoats;
+    std::uint32_t liveBoats = 0; // of the others
+};
+
+Status statusOf(const SharedArea& area, std::int64_t now) {
+    Status status;
+    status.replay = isReplay(&area);
+    status.hostWindow = readOnce(area.hostWindow);
+    status.boats = boatsInUse(area);
+    status.dataFolder = printable(readText(area.dataFolder));
+    status.database = printable(readText(area.databasePath));
+    status.marks = printable(readText(area.marksPath));
+    status.ownBoat = countBoat(area, 0, now);
+    for (BoatIndex boat = 1; boat < status.boats; ++boat) {
         const Counts counts = countBoat(area, boat, now);
-        total.live += counts.live;
-        total.stale += counts.stale;
-        total.none += counts.none;
-        if (counts.live > 0) ++liveBoats;
+        status.otherBoats.live += counts.live;
+        status.otherBoats.stale += counts.stale;
+        status.otherBoats.none += counts.none;
+        if (counts.live > 0) ++status.liveBoats;
     }
-    if (boats <= 1) return "none";
-    return std::to_string(liveBoats) + " of " + std::to_string(boats - 1) + " live: " + countsText(total);
+    return status;
 }
 
-std::string hostText(const SharedArea& area) {
-    const std::uint64_t window = readOnce(area.hostWindow);
-    if (window == 0) return "none (nobody receives a man-overboard call)";
+std::string otherBoatsText(const Status& status) {
+    if (status.boats <= 1) return "none";
+    return std::to_string(status.liveBoats) + " of " + std::to_string(status.boats - 1) +
+           " live: " + countsText(status.otherBoats);
+}
+
+std::string hexadecimal(std::uint64_t number) {
     std::array<char, 32> text;
-    std::snprintf(text.data(), text.size(), "window 0x%llX", static_cast<unsigned long long>(window));
+    std::snprintf(text.data(), text.size(), "0x%llX", static_cast<unsigned long long>(number));
     return text.data();
 }
 
-template <std::size_t Size> std::string textOrDash(const char16_t (&field)[Size]) {
-    const std::string text = printable(readText(field));
-    return text.empty() ? "-" : text;
+void writeText(std::ostream& out, const Status& status) {
+    const auto orElse = [](const std::string& text, const char* other) { return text.empty() ? other : text; };
+    out << "Section      " << status.section << ", made by " << orElse(status.maker, "an unknown user") << '\n';
+    if (status.replay) out << "State        REPLAY: a recording is being played, nothing here is live\n";
+    out << "Host         "
+        << (status.hostWindow == 0 ? "none (nobody receives a man-overboard call)"
+                                   : "window " + hexadecimal(status.hostWindow))
+        << '\n'
+        << "Boats        " << status.boats << '\n'
+        << "Data folder  " << orElse(status.dataFolder, "-") << '\n'
+        << "Database     " << orElse(status.database, "-") << '\n'
+        << "Marks        " << orElse(status.marks, "-") << '\n'
+        << "Own boat     " << countsText(status.ownBoat) << '\n'
+        << "Other boats  " << otherBoatsText(status) << '\n';
+}
+
+Json jsonOf(const Counts& counts) {
+    return {{"live", counts.live}, {"stale", counts.stale}, {"none", counts.none}};
+}
+
+Json jsonOf(const Status& status) {
+    return {{"section", status.section},
+            {"present", true},
+            {"maker", jsonText(status.maker)},
+            {"replay", status.replay},
+            {"host_window", status.hostWindow == 0 ? Json() : Json(hexadecimal(status.hostWindow))},
+            {"boats", status.boats},
+            {"data_folder", jsonText(status.dataFolder)},
+            {"database", jsonText(status.database)},
+            {"marks", jsonText(status.marks)},
+            {"own_boat", jsonOf(status.ownBoat)},
+            {"other_boats_live", status.liveBoats},
+            {"other_boats", jsonOf(status.otherBoats)}};
+}
+
+/// All fields are there, so that a reader needs no case of its own.
+Json jsonOfNone(const std::string& section) {
+    Json json = jsonOf(Status{});
+    for (auto& [name, value] : json.items()) value = nullptr;
+    json["section"] = section;
+    json["present"] = false;
+    return json;
 }
 
 } // namespace
 
-int runStatus(const CommandContext& context) {
+int runStatus(const CommandContext& context, bool json) {
     const SectionReader section(context.platform);
     const std::string name = printable(sectionName());
     if (section.area() == nullptr) {
-        context.out << "Section      none (" << name << " is there while a program that uses it runs)\n";
+        if (json)
+            writeJson(context.out, jsonOfNone(name));
+        else
+            context.out << "Section      none (" << name << " is there while a program that uses it runs)\n";
         return exit_code::kNotFound;
     }
-    const SharedArea& area = *section.area();
-    const std::string maker = printable(section.maker());
-    const std::uint32_t boats = boatsInUse(area);
-    const std::int64_t now = context.platform.now();
-    context.out << "Section      " << name << ", made by " << (maker.empty() ? "an unknown user" : maker) << '\n';
-    if (isReplay(&area)) context.out << "State        REPLAY: a recording is being played, nothing here is live\n";
-    context.out << "Host         " << hostText(area) << '\n'
-                << "Boats        " << boats << '\n'
-                << "Data folder  " << textOrDash(area.dataFolder) << '\n'
-                << "Database     " << textOrDash(area.databasePath) << '\n'
-                << "Marks        " << textOrDash(area.marksPath) << '\n'
-                << "Own boat     " << countsText(countBoat(area, 0, now)) << '\n'
-                << "Other boats  " << otherBoats(area, boats, now) << '\n';
+    Status status = statusOf(*section.area(), context.platform.now());
+    status.section = name;
+    status.maker = printable(section.maker());
+    if (json)
+        writeJson(context.out, jsonOf(status));
+    else
+        writeText(context.out, status);
     return exit_code::kDone;
 }
 

@@ -6,6 +6,7 @@
 namespace tallowmere::tools {
 
 /// Tells about the section that is there. Makes none and writes nothing. 1 when there is none.
-int runStatus(const CommandContext& context);
+/// json   one object instead of lines
+int runStatus(const CommandContext& context, bool json = false);
 
 } // namespace tallowmere::tools

@@ -1,6 +1,8 @@
 // Aligned columns of text.
 #pragma once
 
+#include "tools/commands/command_context.hpp"
+
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,5 +25,8 @@ class Table {
     std::vector<Align> columns_;
     std::vector<std::vector<std::string>> rows_;
 };
+
+/// The whole table; on a terminal each line is cut to its width, so that none wraps.
+void writeTable(const CommandContext& context, const Table& table);
 
 } // namespace tallowmere::tools

@@ -2,6 +2,7 @@
 
 #include "tools/commands/client.hpp"
 #include "tools/commands/replay_mark.hpp"
+#include "tools/commands/watch_all.hpp"
 #include "tools/commands/watch_display.hpp"
 
 #include <algorithm>
@@ -25,7 +26,8 @@ bool pause(const CommandContext& context, double seconds) {
     return !context.stop;
 }
 
-std::unique_ptr<WatchDisplay> makeDisplay(const CommandContext& context) {
+std::unique_ptr<WatchDisplay> makeDisplay(const CommandContext& context, const WatchOptions& options) {
+    if (options.json) return std::make_unique<JsonLines>(context.out, options.boat);
     if (context.terminal) return std::make_unique<LiveTable>(context.out, context.columns);
     return std::make_unique<ChangeLines>(context.out);
 }
@@ -37,18 +39,20 @@ int runWatch(const CommandContext& context, const WatchOptions& options) {
         context.err << "tallowmere: the interval must be 0.05 to 3600 seconds\n";
         return exit_code::kUsage;
     }
+    if (options.all && context.terminal && !options.json) return runWatchAll(context, options);
     Client client(context);
     if (!client.isConnected()) return exit_code::kSystem;
     auto channels = client.find(options.channels);
     if (!channels) return exit_code::kNotFound;
     if (channels->empty()) channels->assign(std::begin(kUsualChannels), std::end(kUsualChannels));
 
-    const auto display = makeDisplay(context);
+    const auto display = makeDisplay(context, options);
     for (std::int64_t round = 1;; ++round) {
         const std::int64_t now = context.platform.now();
+        std::vector<Reading> readings = options.all ? readEverything(client.area(), options.boat, now)
+                                                    : readAll(client.area(), *channels, options.boat, now);
         display->show(
-            {boatTitle(client.area(), options.boat), now, readAll(client.area(), *channels, options.boat, now),
-             isReplay(client.area())});
+            {boatTitle(client.area(), options.boat), now, std::move(readings), isReplay(client.area()), options.all});
         context.out.flush();
         // The reader of a pipe may have gone.
         if (!context.out || round == options.count || !pause(context, options.intervalSeconds)) break;

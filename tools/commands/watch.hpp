@@ -17,6 +17,8 @@ struct WatchOptions {
     BoatIndex boat = 0;
     double intervalSeconds = 1.0; // kShortestInterval to kLongestInterval
     int count = 0;                // rounds; 0: until the user ends it
+    bool all = false;             // every channel that holds a value, on a terminal on the whole screen
+    bool json = false;            // lines of JSON, on a terminal too
 };
 
 /// On a terminal a table that is drawn anew in place each interval. Otherwise one line for each channel at

@@ -1,11 +1,16 @@
 #include "tools/commands/watch_display.hpp"
 
 #include "tools/commands/format.hpp"
+#include "tools/commands/json_output.hpp"
 #include "tools/commands/replay_mark.hpp"
 #include "tools/commands/text.hpp"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstdint>
 #include <cstdio>
 #include <utility>
 
@@ -26,6 +31,11 @@ std::string secondsText(const std::optional<double>& seconds) {
     std::array<char, 40> text;
     std::snprintf(text.data(), text.size(), "%.1f", *seconds);
     return text.data();
+}
+
+bool tellsTheSame(const Reading& a, const Reading& b) noexcept {
+    return std::bit_cast<std::uint64_t>(a.number) == std::bit_cast<std::uint64_t>(b.number) && a.moment == b.moment &&
+           a.freshness == b.freshness && a.source == b.source;
 }
 
 } // namespace
@@ -75,9 +85,22 @@ void ChangeLines::show(const WatchRound& round) {
         std::string key = text + '\t' + mark;
         if (!first && key == shown_[i]) continue;
         shown_[i] = std::move(key);
+        if (first && round.values && reading.freshness == Freshness::None) continue;
         out_ << formatMomentTenths(round.now) << '\t' << text << '\t' << secondsText(reading.age) << '\t' << mark
              << '\n';
     }
+}
+
+void JsonLines::show(const WatchRound& round) {
+    const bool first = shown_.empty();
+    for (std::size_t i = 0; i < round.readings.size(); ++i) {
+        if (!first && tellsTheSame(round.readings[i], shown_[i])) continue;
+        if (first && round.values && round.readings[i].freshness == Freshness::None) continue;
+        Json line = {{"read_at", jsonMoment(round.now)}, {"replay", round.replay}};
+        line.update(jsonOf(round.readings[i], boat_));
+        writeJsonLine(out_, line);
+    }
+    shown_ = round.readings;
 }
 
 std::string boatTitle(const SharedArea* area, BoatIndex boat) {

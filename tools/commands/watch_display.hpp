@@ -16,6 +16,7 @@ struct WatchRound {
     std::int64_t now;  // 100 ns since 1601-01-01 UTC
     std::vector<Reading> readings;
     bool replay = false; // played from a recording, not live
+    bool values = false; // at first only channels that hold a value are of interest
 };
 
 class WatchDisplay {
@@ -54,6 +55,18 @@ class ChangeLines final : public WatchDisplay {
   private:
     std::ostream& out_;
     std::vector<std::string> shown_; // by position in the round
+};
+
+/// Lines of JSON for other programs: a value that is there or has changed, in itself, its state or its source.
+class JsonLines final : public WatchDisplay {
+  public:
+    JsonLines(std::ostream& out, BoatIndex boat) : out_(out), boat_(boat) {}
+    void show(const WatchRound& round) override;
+
+  private:
+    std::ostream& out_;
+    BoatIndex boat_;
+    std::vector<Reading> shown_; // by position in the round
 };
 
 /// "Own boat (Falcon)", "Boat 3 (Otter)".

@@ -1,6 +1,7 @@
 #include "tools/feed/feed_command.hpp"
 
 #include "platform/terminal.hpp"
+#include "tools/commands/exit_codes.hpp"
 #include "tools/commands/option_checks.hpp"
 #include "tools/feed/feed_host.hpp"
 #include "tools/feed/feed_run.hpp"
@@ -24,14 +25,11 @@ struct Arguments {
 };
 
 struct Ending {
-    int exitCode = 0;
+    int exitCode = tools::exit_code::kDone;
     bool stuck = false; // see Source::isStuck
 };
 
-// As the other commands end.
-constexpr int kFailed = 1;
-constexpr int kWrongUsage = 2;
-constexpr int kNoSharedData = 3;
+namespace exit_code = tools::exit_code;
 
 Ending failure(feed::Reporter& reporter, int exitCode, const std::string& why) {
     reporter.line("tallowmere feed: " + why);
@@ -45,12 +43,13 @@ Ending feedFrom(const Arguments& arguments) {
     const std::atomic<bool>& stop = platform::stopRequested();
 
     feed::OpenedSource opened = feed::openSource(arguments.source, tell);
-    if (!opened.source) return failure(reporter, opened.badName ? kWrongUsage : kFailed, opened.error);
+    if (!opened.source)
+        return failure(reporter, opened.badName ? exit_code::kUsage : exit_code::kNotFound, opened.error);
 
     feed::FeedHost host(platform::hostPlatform(), platform::makeHostWindow(), tell,
                         arguments.raw ? feed::FeedHost::Values::Raw : feed::FeedHost::Values::Calibrated);
     if (!host.ready())
-        return failure(reporter, kNoSharedData,
+        return failure(reporter, exit_code::kSystem,
                        "the shared data can be neither made nor opened; see the message before this one");
 
     feed::Feed feed(host.sink());
@@ -58,7 +57,7 @@ Ending feedFrom(const Arguments& arguments) {
         feed::runFeed(feed, *opened.source, {arguments.speed}, stop, reporter, [&host] { host.poll(); });
     const std::string name = arguments.source == "-" ? "standard input" : arguments.source;
     reporter.line(name + ":\n" + feed::summaryText(feed.counts(), name));
-    Ending ending{complete ? 0 : kFailed, opened.source->isStuck()};
+    Ending ending{complete ? exit_code::kDone : exit_code::kNotFound, opened.source->isStuck()};
     if (!complete) reporter.line("tallowmere feed: " + name + ": " + opened.source->error());
     return ending;
 }

@@ -2,6 +2,7 @@
 
 #include "platform/platform.hpp"
 #include "platform/terminal.hpp"
+#include "tools/commands/exit_codes.hpp"
 #include "tools/commands/option_checks.hpp"
 #include "tools/simulate/instruments.hpp"
 
@@ -73,7 +74,7 @@ void addSimulateCommand(CLI::App& app, int& exitCode) {
         ->capture_default_str();
     command->callback([arguments, &exitCode] {
         runRace(*arguments);
-        exitCode = 0;
+        exitCode = tools::exit_code::kDone;
     });
 }
 

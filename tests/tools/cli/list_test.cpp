@@ -1,4 +1,5 @@
 #include "tests/tools/cli/command_fixture.hpp"
+#include "tools/commands/text.hpp"
 
 #include <gmock/gmock.h>
 
@@ -75,6 +76,23 @@ TEST_F(List, OfTheSectionsContentsNeedsASection) {
         EXPECT_EQ(result.code, 1);
         EXPECT_THAT(result.out, IsEmpty());
         EXPECT_THAT(result.err, HasSubstr("no shared data"));
+    }
+}
+
+TEST_F(List, LinesAreCutToTheTerminalsWidthAndWholeElsewhere) {
+    columns = 40;
+    for (const std::vector<std::string>& arguments :
+         std::vector<std::vector<std::string>>{{"list"}, {"calibration", "list"}}) {
+        const auto longest = [&] {
+            std::istringstream lines(run(arguments).out);
+            std::size_t most = 0;
+            for (std::string line; std::getline(lines, line);) most = std::max(most, tools::width(line));
+            return most;
+        };
+        terminal = true;
+        EXPECT_EQ(longest(), 39U);
+        terminal = false;
+        EXPECT_GT(longest(), 40U);
     }
 }
 

@@ -1,0 +1,192 @@
+#include "tools/commands/all_view.hpp"
+
+#include "tools/commands/format.hpp"
+#include "tools/commands/table.hpp"
+#include "tools/commands/text.hpp"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+
+namespace tallowmere::tools {
+namespace {
+
+using platform::Key;
+
+constexpr std::size_t kHeadRows = 2; // title, names of the columns
+constexpr std::size_t kFootRows = 1;
+constexpr std::size_t kLongestSearch = 32;
+
+const char* stateText(Freshness freshness) noexcept {
+    switch (freshness) {
+    case Freshness::Fresh:
+        return "fresh";
+    case Freshness::Stale:
+        return "stale";
+    case Freshness::Timeless: // never goes stale
+        return "fresh";
+    case Freshness::None:
+        break;
+    }
+    return "-";
+}
+
+std::string rateText(const WriteRate& rate) {
+    if (!rate.known) return kNoValueText;
+    std::array<char, 32> text;
+    std::snprintf(text.data(), text.size(), "%.1f%s", rate.perSecond, rate.atLeast ? "+" : "");
+    return text.data();
+}
+
+Table tableOf(const std::vector<const AllRow*>& rows) {
+    using enum Table::Align;
+    Table table({Right, Left, Right, Left, Right, Left, Left, Right, Left});
+    table.add({"No.", "Channel", "Value", "Unit", "Age", "State", "Source", "Writes/s", ""});
+    for (const AllRow* row : rows) {
+        const Reading& reading = row->reading;
+        table.add({std::to_string(reading.channel), reading.channelName, reading.value, reading.unit,
+                   formatAge(reading.age), stateText(reading.freshness),
+                   reading.source == reading.channel ? "" : reading.sourceName, rateText(row->rate),
+                   row->rate.twoLevels ? "2 levels" : ""});
+    }
+    return table;
+}
+
+/// Those without an age come last.
+bool isYounger(const AllRow* a, const AllRow* b) noexcept {
+    const auto& left = a->reading.age;
+    const auto& right = b->reading.age;
+    if (!left || !right) return left.has_value() && !right.has_value();
+    return *left < *right;
+}
+
+void dropLastCharacter(std::string& text) {
+    while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0) == 0x80) text.pop_back();
+    if (!text.empty()) text.pop_back();
+}
+
+} // namespace
+
+bool AllView::handle(const Key& key) {
+    if (key.kind == Key::Kind::Closed) return false;
+    if (searching_)
+        handleSearch(key);
+    else if (key.kind == Key::Kind::Character)
+        return handleCharacter(key.text);
+    else if (key.kind == Key::Kind::Escape)
+        search_.clear();
+    scroll(key);
+    return true;
+}
+
+bool AllView::handleCharacter(const std::string& text) {
+    if (text == "q") return false;
+    if (text == "n") sort_ = Sort::Name;
+    if (text == "a") sort_ = Sort::Age;
+    if (text == "c") sort_ = Sort::Number;
+    if (text == "v") empty_ = !empty_;
+    if (text == "b") switchBoat(1);
+    if (text == "B") switchBoat(-1);
+    if (text == "/") {
+        searching_ = true;
+        search_.clear();
+    }
+    return true;
+}
+
+void AllView::handleSearch(const Key& key) {
+    if (key.kind == Key::Kind::Enter) searching_ = false;
+    if (key.kind == Key::Kind::Backspace) dropLastCharacter(search_);
+    if (key.kind == Key::Kind::Escape) {
+        searching_ = false;
+        search_.clear();
+    }
+    if (key.kind == Key::Kind::Character && search_.size() < kLongestSearch) search_ += printable(key.text);
+}
+
+void AllView::scroll(const Key& key) {
+    const std::size_t last = shown_ > page_ ? shown_ - page_ : 0;
+    switch (key.kind) {
+    case Key::Kind::Up:
+        top_ -= std::min<std::size_t>(top_, 1);
+        break;
+    case Key::Kind::Down:
+        top_ += 1;
+        break;
+    case Key::Kind::PageUp:
+        top_ -= std::min(top_, page_);
+        break;
+    case Key::Kind::PageDown:
+        top_ += page_;
+        break;
+    case Key::Kind::Home:
+        top_ = 0;
+        break;
+    case Key::Kind::End:
+        top_ = last;
+        break;
+    default:
+        break;
+    }
+    top_ = std::min(top_, last);
+}
+
+void AllView::switchBoat(int step) {
+    const int boats = static_cast<int>(std::max<std::uint32_t>(boats_, 1));
+    boat_ = static_cast<BoatIndex>((std::min<int>(boat_, boats) + step + boats) % boats);
+    top_ = 0;
+}
+
+bool AllView::isWanted(const AllRow& row) const {
+    const Reading& reading = row.reading;
+    if (!empty_ && reading.freshness == Freshness::None) return false;
+    const std::string wanted = lowerCased(search_);
+    return lowerCased(reading.name).find(wanted) != std::string::npos ||
+           std::to_string(reading.channel).starts_with(wanted);
+}
+
+std::vector<const AllRow*> AllView::chosen(const AllRound& round) const {
+    std::vector<const AllRow*> rows;
+    for (const AllRow& row : round.rows)
+        if (isWanted(row)) rows.push_back(&row);
+    // Rows that are equal stay in the order of their numbers, so that nothing jumps about.
+    if (sort_ == Sort::Age) std::ranges::stable_sort(rows, isYounger);
+    if (sort_ == Sort::Name)
+        std::ranges::stable_sort(rows, {}, [](const AllRow* row) { return lowerCased(row->reading.channelName); });
+    return rows;
+}
+
+std::string AllView::headLine(const AllRound& round, std::size_t shown) const {
+    const char* const by = sort_ == Sort::Name ? "name" : sort_ == Sort::Age ? "age" : "number";
+    return round.title + "  " + formatMoment(round.now) + "  " + std::to_string(shown) +
+           (empty_ ? " channels, by " : " with a value, by ") + by + (search_.empty() ? "" : ", \"" + search_ + "\"");
+}
+
+std::string AllView::footLine() const {
+    if (searching_) return "/" + search_ + "_  Enter keep  Esc drop";
+    return "q quit  / search  n name  a age  c number  v all/with value  b B boat  arrows PgUp PgDn";
+}
+
+void AllView::draw(ScreenText& screen, const AllRound& round) {
+    boats_ = round.boats;
+    const std::vector<const AllRow*> rows = chosen(round);
+    shown_ = rows.size();
+    page_ = screen.rows() - kHeadRows - kFootRows;
+    top_ = std::min(top_, shown_ > page_ ? shown_ - page_ : 0);
+
+    screen.put(0, Style::Bold, headLine(round, shown_));
+    screen.put(screen.rows() - 1, Style::Reverse, footLine());
+    if (!round.section)
+        return screen.put(kHeadRows, Style::Dim, "There is no shared data; waiting for a program that makes it.");
+    const std::vector<std::string> lines = tableOf(rows).lines();
+    screen.put(1, Style::Bold, lines.front());
+    for (std::size_t i = 0; i < page_ && top_ + i < shown_; ++i) {
+        const AllRow& row = *rows[top_ + i];
+        const Style style = row.rate.twoLevels              ? Style::Bold
+                            : isLive(row.reading.freshness) ? Style::Plain
+                                                            : Style::Dim;
+        screen.put(kHeadRows + i, style, lines[top_ + i + 1]);
+    }
+}
+
+} // namespace tallowmere::tools

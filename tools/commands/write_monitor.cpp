@@ -1,0 +1,109 @@
+#include "tools/commands/write_monitor.hpp"
+
+#include "core/channels/value_reading.hpp"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tallowmere::tools {
+namespace {
+
+constexpr std::int64_t kLeastTime = 10'000'000; // a second; a rate of less says nothing
+constexpr std::size_t kLeastValues = 12;
+constexpr std::size_t kLeastCrossings = 4;
+constexpr double kTimesTheSpread = 3.0;
+constexpr double kSteps = 5.0; // of the last decimal shown: less is a sensor between two readings
+
+bool isAngle(UnitClass unitClass) noexcept {
+    return unitClass == UnitClass::Bearing || isSignedAngle(unitClass);
+}
+
+/// Five steps of the last decimal that the channel shows.
+double leastGapOf(const SharedArea& area, ChannelIndex channel) noexcept {
+    constexpr unsigned kMostDecimals = 12; // more, or none, says nothing
+    const unsigned precision = readOnce(area.settings[channel].precision);
+    return kSteps * std::pow(10.0, precision > kMostDecimals ? 0.0 : -static_cast<double>(precision));
+}
+
+/// Angles either side of north lie close together.
+std::vector<double> besideTheFirst(std::vector<double> angles) {
+    for (double& angle : angles) angle = angles.front() + std::remainder(angle - angles.front(), 360.0);
+    return angles;
+}
+
+void forgetBefore(std::deque<std::int64_t>& moments, std::int64_t first) {
+    while (!moments.empty() && moments.front() < first) moments.pop_front();
+}
+
+} // namespace
+
+bool jumpsBetweenTwoLevels(std::span<const double> values, double leastGap) {
+    const auto isUnusable = [](double value) { return !std::isfinite(value) || value == NO_VALUE; };
+    if (values.size() < kLeastValues || std::ranges::any_of(values, isUnusable)) return false;
+    std::vector<double> sorted(values.begin(), values.end());
+    std::ranges::sort(sorted);
+    std::size_t high = 1; // the first value above the widest gap
+    for (std::size_t i = 2; i < sorted.size(); ++i)
+        if (sorted[i] - sorted[i - 1] > sorted[high] - sorted[high - 1]) high = i;
+    const double gap = sorted[high] - sorted[high - 1];
+    const double spread = std::max(sorted[high - 1] - sorted.front(), sorted.back() - sorted[high]);
+    const std::size_t fewer = std::min(high, sorted.size() - high);
+    if (!std::isfinite(gap) || fewer < sorted.size() / 4 || !(gap >= leastGap) || !(gap >= kTimesTheSpread * spread))
+        return false;
+    std::size_t crossings = 0;
+    for (std::size_t i = 1; i < values.size(); ++i)
+        if ((values[i] >= sorted[high]) != (values[i - 1] >= sorted[high])) ++crossings;
+    return crossings >= kLeastCrossings;
+}
+
+void WriteMonitor::look(const SharedArea& area, BoatIndex boat, std::int64_t now) {
+    if (!looks_.empty() && now < looks_.back()) clear();
+    looks_.push_back(now);
+    forgetBefore(looks_, now - kWindow);
+    for (ChannelIndex index = 0; index < kChannelCount; ++index) {
+        Channel& channel = channels_[index];
+        forgetBefore(channel.seen, now - kWindow);
+        const auto slot = valueSlotOf(area, index, boat);
+        if (!slot) continue;
+        const std::int64_t stamp = readOnce(*slot.stamp);
+        if (channel.known && stamp == channel.stamp) continue;
+        const bool first = !channel.known;
+        channel.known = true;
+        channel.stamp = stamp;
+        if (first) continue; // when that was written is not known
+        channel.leastGap = leastGapOf(area, index);
+        channel.angle = isAngle(unitClassOf(&area, index));
+        const Record record = asDeclared(&area, index, loadRecord(*slot.current));
+        note(channel, recordAsDouble(&area, index, record).value, now);
+    }
+}
+
+void WriteMonitor::note(Channel& channel, double value, std::int64_t now) const {
+    channel.seen.push_back(now);
+    channel.last.push_back({now, value});
+    if (channel.last.size() > kValues) channel.last.pop_front();
+}
+
+WriteRate WriteMonitor::of(ChannelIndex index) const {
+    WriteRate rate;
+    if (index >= channels_.size() || looks_.size() < 2) return rate;
+    const Channel& channel = channels_[index];
+    const std::int64_t span = looks_.back() - looks_.front();
+    rate.known = channel.known && span >= kLeastTime;
+    if (!rate.known) return rate;
+    rate.perSecond = static_cast<double>(channel.seen.size()) * 1e7 / static_cast<double>(span);
+    rate.atLeast = 2 * channel.seen.size() >= looks_.size();
+    std::vector<double> values;
+    for (const Write& write : channel.last)
+        if (write.seen >= looks_.back() - kRecent) values.push_back(write.value);
+    if (channel.angle && !values.empty()) values = besideTheFirst(std::move(values));
+    rate.twoLevels = jumpsBetweenTwoLevels(values, channel.leastGap);
+    return rate;
+}
+
+void WriteMonitor::clear() {
+    channels_.assign(kChannelCount, {});
+    looks_.clear();
+}
+
+} // namespace tallowmere::tools

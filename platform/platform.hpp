@@ -109,6 +109,9 @@ class SettingsKey {
     /// undefined, when there is no such value or it is larger than `buffer`.
     [[nodiscard]] virtual std::optional<SettingsInfo> read(const std::u16string& name,
                                                            std::span<std::byte> buffer) const = 0;
+    /// The names of all values, in no order; the case of their letters may not be the stored one. Empty also
+    /// where that can't be told.
+    [[nodiscard]] virtual std::vector<std::u16string> names() const { return {}; }
     /// Sets a value; a failure is ignored. A string is stored with its terminator.
     virtual void writeString(const std::u16string& name, const std::u16string& text) = 0;
     virtual void writeDword(const std::u16string& name, std::uint32_t value) = 0;

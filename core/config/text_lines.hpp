@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -19,9 +20,9 @@ inline constexpr std::size_t kLongestLine = 64 * 1024; // bytes
 inline constexpr std::size_t kLargestText = 16 * 1024 * 1024; // bytes
 
 /// Calls `handle(std::string_view)` for each line of the file, without its line feed; what lies beyond
-/// kLargestText is ignored. A carriage return is a
-/// byte like any other, and so are NUL and control-Z. The last line may lack its line feed.
-template <class Handler> void forEachLine(platform::FileReader& file, Handler&& handle) {
+/// kLargestText is ignored, and then the answer is false. A carriage return is a byte like any other, and so are
+/// NUL and control-Z. The last line may lack its line feed.
+template <class Handler> bool forEachLine(platform::FileReader& file, Handler&& handle) {
     std::array<char, 4096> chunk;
     std::string line;
     bool pending = false; // the line has begun
@@ -40,6 +41,7 @@ template <class Handler> void forEachLine(platform::FileReader& file, Handler&& 
         }
     }
     if (pending) handle(std::string_view(line));
+    return total < kLargestText || file.read(std::span(chunk).first(1)) == 0;
 }
 
 } // namespace tallowmere

@@ -1,6 +1,8 @@
 #include "platform/posix/registry_complaints.hpp"
 
 #include <algorithm>
+#include <map>
+#include <utility>
 
 namespace tallowmere::platform::posix {
 namespace {
@@ -42,15 +44,24 @@ class StrictReader {
                (place_ == Place::BeforeKeys && std::ranges::find(kFirstLines, text) != std::end(kFirstLines));
     }
     void enter(const RegistryKeyLine& key) {
+        key_ = key.path;
         place_ = !key.currentUser ? Place::OtherRoot : key.deletes ? Place::DeletedKey : Place::UsersKey;
         if (place_ == Place::OtherRoot)
             complain("is a key that does not lie below HKEY_CURRENT_USER", "the key is ignored with all its values");
     }
     void takeValue(std::string_view text, std::string_view line) {
         if (text.front() == '[') return complain("is a key without its closing bracket", kIgnored);
-        if (!readValueLine(line)) return complain("is neither a key nor a value", kIgnored);
+        const auto value = readValueLine(line);
+        if (!value) return complain("is neither a key nor a value", kIgnored);
+        if (place_ == Place::UsersKey && !value->deletes) takeName(value->name);
         if (place_ == Place::BeforeKeys) complain("is a value before the first key", kIgnored);
         if (place_ == Place::DeletedKey) complain("is a value of a key that is deleted", kIgnored);
+    }
+    /// Of two lines for one value the later counts.
+    void takeName(const std::u16string& name) {
+        const auto [before, isNew] = lines_.try_emplace({key_, name}, number_);
+        if (!isNew) complain("sets the value of line " + std::to_string(before->second) + " again", "this one counts");
+        before->second = number_;
     }
     void complain(std::string_view what, std::string_view effect) {
         complaints_.push_back({file_, number_, std::string(what), std::string(effect)});
@@ -59,6 +70,8 @@ class StrictReader {
     const std::u16string& file_;
     Place place_ = Place::BeforeKeys;
     std::size_t number_ = 1;
+    std::u16string key_;                                                     // folded
+    std::map<std::pair<std::u16string, std::u16string>, std::size_t> lines_; // of each key's values
     std::vector<SettingsComplaint> complaints_;
 };
 

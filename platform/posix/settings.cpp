@@ -32,6 +32,11 @@ class FileSettingsKey final : public SettingsKey {
         std::ranges::copy(found->second.bytes, buffer.begin());
         return SettingsInfo{found->second.type, found->second.bytes.size()};
     }
+    [[nodiscard]] std::vector<std::u16string> names() const override {
+        std::vector<std::u16string> names;
+        for (const auto& [name, value] : values_) names.push_back(name);
+        return names;
+    }
     void writeString(const std::u16string& name, const std::u16string& text) override {
         write(name, writeStringLine(name, text));
     }

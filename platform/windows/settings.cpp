@@ -36,6 +36,19 @@ class RegistryKey final : public SettingsKey {
         return SettingsInfo{static_cast<SettingsType>(type), size};
     }
 
+    [[nodiscard]] std::vector<std::u16string> names() const override {
+        constexpr DWORD kLongestName = 16'383; // the registry's own limit
+        std::vector<std::u16string> names;
+        std::u16string name(kLongestName + 1, u'\0');
+        for (DWORD index = 0;; ++index) {
+            auto length = static_cast<DWORD>(name.size());
+            if (::RegEnumValueW(key_.get(), index, wide(name), &length, nullptr, nullptr, nullptr, nullptr) !=
+                ERROR_SUCCESS)
+                return names;
+            names.push_back(name.substr(0, length));
+        }
+    }
+
     void writeString(const std::u16string& name, const std::u16string& text) override {
         if (text.size() >= kLargestValue / sizeof(char16_t)) return;
         write(name, REG_SZ, text.c_str(), (text.size() + 1) * sizeof(char16_t));

@@ -166,6 +166,13 @@ class MemoryMachine::State::Key final : public SettingsKey {
         if (!value->bytes.empty()) std::memcpy(buffer.data(), value->bytes.data(), value->bytes.size());
         return SettingsInfo{value->type, value->bytes.size()};
     }
+    [[nodiscard]] std::vector<std::u16string> names() const override {
+        std::vector<std::u16string> names;
+        const auto key = findName(machine_.settings, path_, false);
+        if (key != machine_.settings.end())
+            for (const auto& [name, value] : key->second) names.push_back(name);
+        return names;
+    }
     void writeString(const std::u16string& name, const std::u16string& text) override {
         if (machine_.state_->fails(machine_, Step::WriteValue)) return;
         machine_.addString(path_, name, text);

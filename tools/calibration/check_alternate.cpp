@@ -141,7 +141,8 @@ void checkAlternateFile(const platform::Platform& platform, const std::u16string
     const auto file = platform.openFile(path);
     if (file == nullptr) return findings.add(path, 0, "can't be opened for reading", "the table stays empty");
     AlternateChecker checker(path, findings);
-    forEachLine(*file, [&](std::string_view text) { checker.line(text); });
+    if (!forEachLine(*file, [&](std::string_view text) { checker.line(text); }))
+        findings.add(path, 0, "is longer than 16 MiB", "what lies beyond is ignored");
 }
 
 } // namespace tallowmere::tools

@@ -169,6 +169,8 @@ class FileChecker {
         else
             checkPairRow(numbers);
         if (columnLayout_ || line_ != firstLine_) otherCounts_.add(numbers.size());
+        if (line_ != firstLine_ && numbers.size() > 1 && firstNumbers_.size() > 1 && numbers[1] == firstNumbers_[1])
+            positionsRepeat_ = true;
         if (numbers.size() < (columnLayout_ ? 2U : 3U) || ++rowCount_ > kMostRows) return;
         checkRowValue(numbers.front());
         rows_.push_back({numbers.front(), line_});
@@ -196,8 +198,10 @@ class FileChecker {
             report("its positions do not ascend", "descending ones give the same curve");
         for (std::size_t k = 0; k < knots; ++k) {
             const double x = numbers[2 * k + 1];
-            if (x == NO_VALUE || numbers[2 * k + 2] == NO_VALUE)
-                report("pair " + std::to_string(k + 1) + " has 32767, which means no value", kGap);
+            if (x == NO_VALUE)
+                report("pair " + std::to_string(k + 1) + " has position 32767", "it is a position like any other");
+            if (numbers[2 * k + 2] == NO_VALUE)
+                report("pair " + std::to_string(k + 1) + " has the value 32767, which means none", kGap);
             if (k == 0) continue;
             const double before = numbers[2 * k - 1];
             if (x == before)
@@ -225,12 +229,20 @@ class FileChecker {
         if (columnLayout_ && count >= 3 && isOdd(count) && otherCounts_.suitPairs())
             reportAt(firstLine_, "its numbers ascend, though all lines look like a row value and pairs",
                      "it is taken for the header of columns");
-        if (columnLayout_ || count < 2 || !otherCounts_.are(count + 1)) return;
+        if (columnLayout_ || count < 2 || (otherCounts_.most != count + 1 && !hasCorner())) return;
         const std::size_t k = ascendingCount(firstNumbers_);
         reportAt(firstLine_,
                  "looks like a header, but " + numberOf(firstNumbers_[k]) + " does not exceed " +
                      numberOf(k == 0 ? firstNumbers_[0] : firstNumbers_[k - 1]),
                  "all lines are read as a row value and pairs of position and value");
+    }
+
+    /// True for a first line like "0 0 45 90" above rows of as many numbers: a number stands in the table's corner,
+    /// where a word would be passed over. Rows of pairs keep to the first one's positions, as a rule.
+    [[nodiscard]] bool hasCorner() const {
+        const std::vector<double> behind(firstNumbers_.begin() + 1, firstNumbers_.end());
+        return behind.size() >= 2 && otherCounts_.are(firstNumbers_.size()) &&
+               ascendingCount(behind) == behind.size() && !positionsRepeat_;
     }
 
     const std::u16string& path_;
@@ -244,7 +256,8 @@ class FileChecker {
     std::size_t firstLine_ = 0;
     std::vector<double> firstNumbers_;
     Counts otherCounts_;
-    std::vector<Row> rows_; // as many as the library reads
+    bool positionsRepeat_ = false; // a line's first pair lies where the first line's does
+    std::vector<Row> rows_;        // as many as the library reads
     std::size_t rowCount_ = 0;
 };
 
@@ -258,8 +271,9 @@ void checkCalibrationFile(const platform::Platform& platform, const std::u16stri
         return;
     }
     FileChecker checker(path, item, findings);
-    forEachLine(*file, [&](std::string_view text) { checker.line(text); });
+    const bool whole = forEachLine(*file, [&](std::string_view text) { checker.line(text); });
     checker.finish();
+    if (!whole) findings.add(path, 0, "is longer than 16 MiB", "what lies beyond is ignored");
 }
 
 } // namespace tallowmere::tools

@@ -2,6 +2,7 @@
 
 #include "calibration/item_table.hpp"
 #include "core/channels/system_values.hpp"
+#include "core/config/config_document.hpp"
 #include "settings/reg_ex.hpp"
 #include "tools/calibration/item_text.hpp"
 #include "tools/calibration/stored_value.hpp"
@@ -92,6 +93,27 @@ void checkIntegers(StoredValues& values, SystemValues system) {
     }
 }
 
+/// A family of values whose names end in a number.
+struct Numbered {
+    std::u16string_view prefix;
+    std::size_t count; // 0 to count - 1 are read
+};
+
+/// Tells the values whose name only looks like one of the family, a number too large or written otherwise. Any
+/// other name may be another program's.
+void checkNumbers(StoredValues& values, std::initializer_list<Numbered> families) {
+    for (const std::u16string& name : values.names())
+        for (const Numbered& family : families) {
+            if (name.size() < family.prefix.size() ||
+                !equalsIgnoringCase(name.substr(0, family.prefix.size()), family.prefix))
+                continue;
+            bool known = false;
+            for (std::size_t index = 0; index < family.count && !known; ++index)
+                known = equalsIgnoringCase(name, indexedName(family.prefix, index));
+            if (!known) values.report(name, "is not one of 0 to " + std::to_string(family.count - 1), "it is ignored");
+        }
+}
+
 void checkItem(const platform::Platform& platform, StoredValues& values, std::size_t id) {
     if (const auto file = values.text(indexedName(u"CalFile_", id)); file && !platform.exists(*file))
         values.report(indexedName(u"CalFile_", id), quoted(*file) + " does not exist",
@@ -120,6 +142,7 @@ void checkCoreSettings(const platform::Platform& platform, Findings& findings) {
     checkVariables(values, system);
     checkFlags(values);
     checkIntegers(values, system);
+    checkNumbers(values, {{u"Sys_v", kStoredVariables}, {u"Sys_b", kStoredFlags}, {u"Sys_i", kStoredIntegers}});
 }
 
 void checkCalibrationSettings(const platform::Platform& platform, std::optional<std::size_t> item, Findings& findings) {
@@ -127,6 +150,10 @@ void checkCalibrationSettings(const platform::Platform& platform, std::optional<
     if (!values.isOpen()) return;
     for (std::size_t id = 0; id < kCalibrationItemCount; ++id)
         if (!item || *item == id) checkItem(platform, values, id);
+    if (!item)
+        checkNumbers(values, {{u"CalUse_", kCalibrationItemCount},
+                              {u"CalLinear_", kCalibrationItemCount},
+                              {u"CalFile_", kCalibrationItemCount}});
 }
 
 } // namespace tallowmere::tools

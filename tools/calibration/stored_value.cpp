@@ -34,6 +34,10 @@ void StoredValues::report(const std::u16string& name, std::string what, std::str
     findings_.add(u"HKEY_CURRENT_USER\\" + key_ + u"\\" + name, 0, std::move(what), std::move(effect));
 }
 
+std::vector<std::u16string> StoredValues::names() const {
+    return settings_ == nullptr ? std::vector<std::u16string>() : settings_->names();
+}
+
 std::optional<std::size_t> StoredValues::sizeOf(const std::u16string& name, SettingsType type) {
     if (settings_ == nullptr) return std::nullopt;
     const auto info = settings_->describe(name);

@@ -26,6 +26,9 @@ class StoredValues {
     /// wholeOnly: a value shorter than 4 bytes is ignored, else it is extended with zeros.
     [[nodiscard]] std::optional<std::int32_t> integer(const std::u16string& name, bool wholeOnly = false);
 
+    /// The names of all values of the key.
+    [[nodiscard]] std::vector<std::u16string> names() const;
+
     void report(const std::u16string& name, std::string what, std::string effect);
 
   private:

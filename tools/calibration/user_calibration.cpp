@@ -2,6 +2,7 @@
 
 #include "core/ccore.hpp"
 #include "core/channels/area_defaults.hpp"
+#include "core/second_stage.hpp"
 #include "settings/core_settings.hpp"
 #include "settings/data_folders.hpp"
 
@@ -36,6 +37,7 @@ UserCalibration::UserCalibration(const platform::Platform& platform)
         calibration_.loadCalibrationFile(id);
         calibration_.UpdateCalibratedFlag(id);
     }
+    blockChannelsByFlags(values_.context()); // as the host does that corrects written values
 }
 
 std::u16string UserCalibration::configFile(std::u16string_view name) const {

@@ -66,6 +66,27 @@ TEST_F(FileCheck, AHeaderThatDoesNotAscendIsTold) {
                                      "read as a row value and pairs of position and value\n"));
 }
 
+TEST_F(FileCheck, AHeaderWithANumberInItsCornerIsTold) {
+    for (const char* file : {"0 0 45 90 135\n5 1 2 3 4\n10 4 5 6 7\n", "0 0 45 90\n0 1 2 3\n10 4 5 6\n"})
+        EXPECT_THAT(problems(file), ::testing::HasSubstr(":1: looks like a header, but 0 does not exceed 0; all lines "
+                                                         "are read as a row value and pairs"));
+    EXPECT_THAT(problems("0 90 45\n0 1 2 3\n5 1 2\n"), ::testing::HasSubstr(":1: looks like a header"));
+    EXPECT_EQ(problems("0 0 1 10 2\n10 0 2 10 3\n"), "");
+    EXPECT_EQ(problems("0 0 1 5 6\n10 0 2 5 3\n"), "");
+}
+
+TEST_F(FileCheck, APositionThatLooksMissingIsAPosition) {
+    EXPECT_EQ(problems("0 0 0 10 1 32767 5\n"),
+              "ZAN_CAL_Bsp.txt:1: pair 3 has position 32767; it is a position like any other\n");
+}
+
+TEST_F(FileCheck, WhatLiesBeyondTheLimitIsTold) {
+    std::string file = "0 5 10\n10 1 2 3\n";
+    file.resize(std::size_t{16} << 20, '\n');
+    EXPECT_EQ(problems(file), "");
+    EXPECT_EQ(problems(file + "20 1 2 3\n"), "ZAN_CAL_Bsp.txt: is longer than 16 MiB; what lies beyond is ignored\n");
+}
+
 TEST_F(FileCheck, PairsTakenForColumnsAreTold) {
     EXPECT_THAT(
         problems("5 6 7 8 9\n10 6 7 8 9\n"),
@@ -87,7 +108,7 @@ TEST_F(FileCheck, NoValueInsideARowIsTold) {
     EXPECT_EQ(problems("0 5 10\n10 1 32767 3\n"),
               std::string("ZAN_CAL_Bsp.txt:2: value 2 is 32767, which means none; ") + kGap);
     EXPECT_EQ(problems("10 3 2 4 32767 5 6\n"),
-              std::string("ZAN_CAL_Bsp.txt:1: pair 2 has 32767, which means no value; ") + kGap);
+              std::string("ZAN_CAL_Bsp.txt:1: pair 2 has the value 32767, which means none; ") + kGap);
 }
 
 TEST_F(FileCheck, PairsOutOfOrderAreTold) {

@@ -25,6 +25,19 @@ TEST_F(SettingsCheck, WhatTheSettingsTextHoldsInVainIsToldFirst) {
                        "core\\Sys_b1: is 2, not 0 or 1; it counts as 1\n");
 }
 
+TEST_F(SettingsCheck, NumbersThatNoSettingHasAreTold) {
+    machine.addDword(kCoreKey, u"Sys_b33", 1);
+    machine.addDword(kCoreKey, u"sys_B34", 1);
+    machine.addDword(kCoreKey, u"Sys_i", 1);
+    machine.addDouble(kCoreKey, u"Sys_v018", 1);
+    machine.addDword(kCoreKey, u"WindowLeft", 1); // another program's
+    machine.addDword(kCalibrationKey, u"CalUse_20", 1);
+    EXPECT_EQ(check(), "core\\Sys_i: is not one of 0 to 10; it is ignored\n"
+                       "core\\Sys_v018: is not one of 0 to 17; it is ignored\n"
+                       "core\\sys_B34: is not one of 0 to 33; it is ignored\n"
+                       "tallowmere\\calibration\\CalUse_20: is not one of 0 to 19; it is ignored\n");
+}
+
 TEST_F(SettingsCheck, WrongTypesAndSizesAreTold) {
     machine.addDword(kCoreKey, u"DataFolder", 1);
     machine.addDword(kCoreKey, u"Sys_v1", 1);

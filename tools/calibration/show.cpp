@@ -125,11 +125,11 @@ std::optional<std::size_t> itemNamed(const CommandContext& context, const std::s
     return found.id;
 }
 
-/// The value that is written, where one of the two inputs is the calibrated channel itself.
-std::optional<double> writtenValue(const CalibrationItem& item, const EvalOptions& options) {
+/// The value that is written, where one of the two inputs is the calibrated channel itself and has a value.
+std::optional<double> writtenValue(const CalibrationItem& item, double x, double r) {
     if (!isInput(item.channel)) return std::nullopt;
-    if (item.columnInput == item.channel) return options.x;
-    if (item.rowInput == item.channel) return options.r;
+    if (item.columnInput == item.channel) return x;
+    if (item.rowInput == item.channel && r != NO_VALUE) return r;
     return std::nullopt;
 }
 
@@ -183,13 +183,14 @@ Evaluation evaluate(UserCalibration& user, std::size_t id, const EvalOptions& op
     CalibrationItem& item = user.item(id);
     Evaluation result;
     result.x = options.x;
-    result.r = options.r.value_or(item.rowInput == item.channel ? NO_VALUE : user.current(item.rowInput));
+    result.r = options.r.value_or(user.current(item.rowInput));
     user.pretend(item.columnInput, options.x);
     if (options.r) user.pretend(item.rowInput, *options.r);
     if (isInput(item.columnInput) || isInput(item.rowInput))
         (void)EvalTable(item.table, options.x, isInput(item.rowInput) ? result.r : NO_VALUE, result.table);
-    result.correction = correctionOf(user, id, options.x);
-    if (const auto value = writtenValue(item, options)) result.written = writtenTo(user, id, *value);
+    const auto value = writtenValue(item, options.x, result.r);
+    result.correction = correctionOf(user, id, value.value_or(item.rowInput == item.channel ? NO_VALUE : options.x));
+    if (value) result.written = writtenTo(user, id, *value);
     return result;
 }
 

@@ -40,6 +40,27 @@ TEST_F(ShowCalibration, EvalOfAnItemNotInUseTellsWhatItWouldDo) {
     EXPECT_THAT(out, HasSubstr("If in use   HDG 359\u00B0 is stored as 2\u00B0\n"));
 }
 
+TEST_F(ShowCalibration, EvalCorrectsTheRowInputWhereThatIsTheChannel) {
+    putItem(u"Aws", "0 45 90\n0 0 1 2\n10 10 11 12\n20 20 21 22\n");
+    machine.addDword(kCalibrationKey, u"CalUse_3", 1);
+    machine.addDword(kCalibrationKey, u"CalLinear_3", 1);
+    const std::string given = run({"calibration", "eval", "Aws", "90", "10"}).out;
+    EXPECT_THAT(given, HasSubstr("Correction  10.2222")); // a signed column angle is entered with the row input
+    EXPECT_THAT(given, HasSubstr("Written     AWS 10 kt is stored as 20.2222"));
+    store(ZAN_AWS, 20);
+    const std::string current = run({"calibration", "eval", "Aws", "90"}).out;
+    EXPECT_THAT(current, HasSubstr("AWS 20 kt\n"));
+    EXPECT_THAT(current, HasSubstr("Correction  20.4444"));
+    EXPECT_THAT(current, HasSubstr("Written     AWS 20 kt is stored as 40.4444"));
+}
+
+TEST_F(ShowCalibration, EvalOfAnItemThatTheHostComputesIsRefusedBeforeThereIsAHostToo) {
+    putItem(u"Twa", "0 180\n0 1 1\n");
+    EXPECT_THAT(run({"calibration", "eval", "Twa", "30", "10"}).out, HasSubstr("is stored as"));
+    machine.addDword(kCoreKey, u"Sys_b26", 1);
+    EXPECT_THAT(run({"calibration", "eval", "Twa", "30", "10"}).out, HasSubstr("is refused"));
+}
+
 TEST_F(ShowCalibration, EvalOfAnItemWithoutInputsGivesItsFirstKnot) {
     putItem(u"Wind weight", "0 10 20\n0 5 6 7\n");
     EXPECT_THAT(run({"calibration", "eval", "15", "20"}).out, HasSubstr("Correction  5\n"));

@@ -526,6 +526,7 @@ TEST_F(PosixSectionInSharedMemoryFolder, WhenTheFolderIsMissingOrNoFolder) {
     for (const char* ending : {"", "/", "//", "/.", "/./"}) {
         surroundings_.setVariable("XDG_RUNTIME_DIR", (surroundings_.top() / "link").string() + ending);
         expectThere(("a symbolic link" + std::string(ending)).c_str());
+        EXPECT_TRUE(fs::is_empty(surroundings_.runtime())) << ending;
     }
 }
 

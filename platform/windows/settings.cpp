@@ -42,7 +42,8 @@ class RegistryKey final : public SettingsKey {
         std::u16string name(kLongestName + 1, u'\0');
         for (DWORD index = 0;; ++index) {
             auto length = static_cast<DWORD>(name.size());
-            if (::RegEnumValueW(key_.get(), index, wide(name), &length, nullptr, nullptr, nullptr, nullptr) !=
+            auto* const buffer = reinterpret_cast<wchar_t*>(name.data());
+            if (::RegEnumValueW(key_.get(), index, buffer, &length, nullptr, nullptr, nullptr, nullptr) !=
                 ERROR_SUCCESS)
                 return names;
             names.push_back(name.substr(0, length));

@@ -120,8 +120,9 @@ TEST_F(Loading, AgainAndAgainLeavesNoFileMappingOrMemory) {
     EXPECT_EQ(openFileCount(), files);
     EXPECT_EQ(mappedFiles(), mapped);
     EXPECT_EQ(threadCount(), threads);
-    // A piece of memory lost by each load would be more than a byte.
-    EXPECT_LE(bytesAfter, bytes + static_cast<std::size_t>(loads));
+    // The loader keeps 2 KiB once, after 1,000 loads as after 10,000. The smallest piece lost by each of 1,000 is 24
+    // KB.
+    EXPECT_LE(bytesAfter, bytes + 4096 + static_cast<std::size_t>(loads));
 }
 
 TEST_F(Loading, MakesNoThread) {

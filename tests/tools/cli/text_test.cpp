@@ -6,46 +6,6 @@
 namespace tallowmere::tools {
 namespace {
 
-using namespace std::string_literals;
-using namespace std::string_view_literals;
-
-TEST(Printable, KeepsWhatIsPrintable) {
-    EXPECT_EQ(printable(u"TWD + 90\u00B0"sv), "TWD + 90\u00B0");
-    EXPECT_EQ(printable(u"Frühling \u6C34 \U0001F6A2"sv), "Frühling \u6C34 \U0001F6A2");
-    EXPECT_EQ(printable("Frühling \u6C34 \U0001F6A2"sv), "Frühling \u6C34 \U0001F6A2");
-}
-
-TEST(Printable, ReplacesControlCharacters) {
-    EXPECT_EQ(printable(u"\x1b[2Jgone\r\n\t\0\x7f"sv), "?[2Jgone?????");
-    EXPECT_EQ(printable(u"a\u009B31mb\u0085"sv), "a?31mb?");
-    EXPECT_EQ(printable("\x1b]0;title\a"sv), "?]0;title?");
-    EXPECT_EQ(printable("\xC2\x9B"
-                        "31m"sv),
-              "?31m");
-}
-
-TEST(Printable, ReplacesWhatTurnsTheWritingRound) {
-    EXPECT_EQ(printable(u"a\u202Eb\u2066c\u200Fd\uFEFFe\u2028"sv), "a?b?c?d?e?");
-    EXPECT_EQ(printable("a\u202Eb"sv), "a?b");
-}
-
-TEST(Printable, ReplacesHalvesOfSurrogatePairs) {
-    constexpr char16_t text[] = {u'a', 0xD800, u'b', 0xDC00, 0xD800};
-    EXPECT_EQ(printable(std::u16string_view(text, 5)), "a?b??");
-}
-
-TEST(Printable, ReplacesBytesThatAreNoText) {
-    EXPECT_EQ(printable("a\xFF"
-                        "b\xC3"sv),
-              "a?b?");
-    EXPECT_EQ(printable("\xC0\x80"sv), "??");        // overlong
-    EXPECT_EQ(printable("\xE0\x80\x80"sv), "???");   // overlong
-    EXPECT_EQ(printable("\xED\xA0\x80"sv), "?");     // half a surrogate pair
-    EXPECT_EQ(printable("\xF4\x90\x80\x80"sv), "?"); // beyond the last character
-    EXPECT_EQ(printable("\xF0\x9F\x9A"sv), "???");   // cut
-    EXPECT_EQ(printable("\x80\xBF"sv), "??");
-}
-
 TEST(Width, CountsCharactersNotBytes) {
     EXPECT_EQ(width(""), 0U);
     EXPECT_EQ(width("50\u00B045'N"), 7U);

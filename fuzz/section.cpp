@@ -1,5 +1,5 @@
-// Every call on a section whose bytes are anything, put there before a call and in the midst of one. Each call
-// may write to the places that the documents name for it and to no other byte.
+// Every call on a section whose bytes are anything, put there before a call and between any two loads that a call
+// makes. Each call may write to the places that the documents name for it and to no other byte.
 #include "core/channels/area_defaults.hpp"
 #include "core/config/alternate_table.hpp"
 #include "core/config/boats_file.hpp"
@@ -7,7 +7,10 @@
 #include "fuzz/support/exports_core.hpp"
 #include "fuzz/support/fuzz_platform.hpp"
 #include "fuzz/support/input.hpp"
+#include "fuzz/support/intruder.hpp"
+#include "fuzz/support/load_watch.hpp"
 #include "fuzz/support/places.hpp"
+#include "fuzz/support/section_fill.hpp"
 #include "fuzz/support/watched_section.hpp"
 #include "log/system_log.hpp"
 #include "settings/core_settings.hpp"
@@ -17,28 +20,24 @@
 
 #include <tallowmere/tallowmere.h>
 
-#include <random>
+#include <memory>
 
 namespace tallowmere::fuzz {
 namespace {
-
-enum class Fill : unsigned { Defaults, Zeros, Ones, Sevens, Bits, Noise, OtherNoise, Input, Count };
-
-/// Another process's write: where, and what.
-struct Patch {
-    std::size_t offset = 0;
-    std::array<std::uint8_t, 16> bytes{};
-    std::size_t size = 0;
-};
 
 /// One section with what it is filled with at the start of each run, and the core objects that work on it.
 class Machine {
   public:
     explicit Machine(Fill fill) {
         platform.section = watched.bytes();
-        fillWith(fill);
+        fillSection(watched.bytes(), fill);
         if (fill == Fill::Defaults) platform.sectionExists = false;
-        client = std::make_unique<CCore>(platform, false);
+        std::size_t loads = 0;
+        {
+            const LoadWatch watch(watched.bytes(), test::kSectionBytes, [&](std::size_t, std::size_t) { ++loads; });
+            client = std::make_unique<CCore>(platform, false);
+        }
+        if (loads == 0) fail("nothing announces the loads of a start");
         platform.sectionExists = true;
         if (fill == Fill::Defaults) startHost();
         host = std::make_unique<CCore>(platform, true);
@@ -51,28 +50,6 @@ class Machine {
     std::unique_ptr<CCore> host;   // with calibration
 
   private:
-    void fillWith(Fill fill) {
-        const auto set = [&](int byte) { std::memset(watched.bytes(), byte, test::kSectionBytes); };
-        switch (fill) {
-        case Fill::Ones:
-            return set(0xFF);
-        case Fill::Sevens:
-            return set(0x7F);
-        case Fill::Bits:
-            return set(0x01);
-        case Fill::Noise:
-        case Fill::OtherNoise: {
-            std::mt19937_64 random(static_cast<unsigned>(fill));
-            for (std::size_t at = 0; at < test::kSectionBytes; at += 8) {
-                const std::uint64_t word = random();
-                std::memcpy(watched.bytes() + at, &word, 8);
-            }
-            return;
-        }
-        default:
-            return;
-        }
-    }
     /// A host with all items in use, whose files hold a small table.
     void startHost() {
         platform.filesExist = true;
@@ -87,10 +64,11 @@ class Machine {
 
 class Run {
   public:
-    Run(Machine& machine, Input& input) : machine_(machine), watched_(machine.watched), input_(input) {
-        machine_.platform.interruption = [this] { interrupt(); };
-    }
-    ~Run() { machine_.platform.interruption = nullptr; }
+    Run(Machine& machine, Input& input)
+        : machine_(machine), watched_(machine.watched), input_(input),
+          intruder_(input, watched_.bytes(), [this](std::size_t offset, Bytes bytes) { put(offset, bytes); }),
+          loads_(watched_.bytes(), test::kSectionBytes,
+                 [this](std::size_t offset, std::size_t size) { intruder_.beforeLoad(offset, size); }) {}
     Run(const Run&) = delete;
     Run& operator=(const Run&) = delete;
 
@@ -115,74 +93,19 @@ class Run {
             &Run::setVar,     &Run::setVar2,     &Run::getVar,     &Run::getVar2,   &Run::names,    &Run::manOverboard,
             &Run::readSystem, &Run::setSystem,   &Run::resolve,    &Run::processed, &Run::convert,  &Run::hostStore,
             &Run::attach,     &Run::secondStage, &Run::paths,      &Run::readFiles, &Run::patchNow, &Run::patchLater,
-            &Run::setVar,     &Run::hostStore,   &Run::patchLater, &Run::patchNow,  &Run::passTime, &Run::getVar};
+            &Run::setVar,     &Run::hostStore,   &Run::patchLater, &Run::patchNow,  &Run::passTime, &Run::storm};
         (this->*kSteps[input_.take<std::uint8_t>() % kSteps.size()])();
     }
 
     // --- other processes
 
-    Patch takePatch() {
-        Patch patch;
-        patch.offset = takePlace();
-        const std::uint8_t how = input_.take<std::uint8_t>();
-        patch.size = how % 17;
-        if (how >= 128) {
-            patch.bytes.fill(how >= 192 ? 0xFF : input_.take<std::uint8_t>());
-        } else {
-            const Bytes bytes = input_.bytes(patch.size);
-            std::copy(bytes.begin(), bytes.end(), patch.bytes.begin());
-        }
-        return patch;
-    }
-
-    /// A field that calls look at, or any byte.
-    std::size_t takePlace() {
-        switch (input_.take<std::uint8_t>() % 12) {
-        case 0:
-            return place::settings(input_.channel() % kChannels) + input_.take<std::uint8_t>() % 108;
-        case 1:
-            return place::unitClass(input_.channel() % kChannels);
-        case 2:
-            return place::flag(input_.take<std::uint8_t>() % 60);
-        case 3:
-            return place::integer(input_.take<std::uint8_t>() % 13);
-        case 4:
-            return place::variable(input_.take<std::uint8_t>() % 80);
-        case 5:
-            return place::kBoatCount;
-        case 6:
-            return place::kAlternates + 4 * (input_.take<std::uint8_t>() % 90);
-        case 7:
-        case 8: {
-            const auto found = valuePlace(input_.channel() % kChannels, input_.boat() % kBoats);
-            return found ? (input_.take<std::uint8_t>() % 2 != 0 ? found->record : found->stamp) : 0;
-        }
-        case 9:
-            return place::kHostWindow;
-        case 10:
-            return place::boat(input_.boat() % kBoats) + input_.take<std::uint8_t>() % 80;
-        default:
-            return input_.take<std::uint32_t>() % test::kSectionBytes;
-        }
-    }
-
-    void patchNow() {
-        const Patch patch = takePatch();
-        put(patch);
-    }
-    void put(const Patch& patch) {
+    void patchNow() { intruder_.writeNow(); }
+    void patchLater() { intruder_.writeLater(); }
+    void storm() { intruder_.storm(); }
+    void put(std::size_t offset, Bytes bytes) {
         mostBoats_ = std::max(mostBoats_, boats());
-        watched_.put(patch.offset, {patch.bytes.data(), patch.size});
+        watched_.put(offset, bytes);
         mostBoats_ = std::max(mostBoats_, boats());
-    }
-    void patchLater() {
-        if (waiting_ == later_.size()) return;
-        later_[waiting_++] = takePatch();
-    }
-    /// Called in the midst of a call.
-    void interrupt() {
-        if (waiting_ == 0) return;
-        put(later_[--waiting_]);
     }
     void passTime() { machine_.platform.time += input_.number() > 0 ? 10'000'000 : -1; }
 
@@ -190,7 +113,7 @@ class Run {
 
     [[nodiscard]] std::size_t boats() const {
         std::uint32_t count;
-        std::memcpy(&count, watched_.bytes() + place::kBoatCount, 4);
+        watched_.copyOut(place::kBoatCount, &count, sizeof count);
         return std::min<std::size_t>(count, kBoats);
     }
     /// Said once, at the end of the run: it is many places, and nearly every call writes them.
@@ -377,12 +300,12 @@ class Run {
     Machine& machine_;
     WatchedSection& watched_;
     Input& input_;
-    std::array<Patch, 4> later_;
-    std::size_t waiting_ = 0;
     std::size_t mostBoats_ = 0;
     bool clockWritten_ = false;
     bool started_ = false;
     bool filled_ = false;
+    Intruder intruder_;
+    LoadWatch loads_;
 };
 
 Machine& machineFor(Fill fill) {

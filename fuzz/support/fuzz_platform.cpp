@@ -94,7 +94,6 @@ class OwnFile {
 } // namespace
 
 std::int64_t FuzzPlatform::now() const noexcept {
-    interrupted(true);
     time += tick;
     return time;
 }
@@ -122,27 +121,22 @@ std::unique_ptr<SettingsKey> FuzzPlatform::createSettings(const std::u16string& 
 }
 
 std::unique_ptr<FileReader> FuzzPlatform::openFile(const std::u16string&) const {
-    interrupted(true);
     return filesExist ? std::make_unique<Reader>(file) : nullptr;
 }
 
 std::unique_ptr<XmlReader> FuzzPlatform::openXml(const std::u16string&) const {
-    interrupted(true);
     return document.empty() ? nullptr : hostPlatform().openXml(posix::widenText(document));
 }
 
 int FuzzPlatform::postToHost(std::uint64_t, const HostMessage&) const noexcept {
-    interrupted(true);
     return postResult;
 }
 
 std::string FuzzPlatform::narrow(std::u16string_view text, std::size_t maxBytes) const {
-    interrupted(true);
     return posix::narrowText(text, maxBytes);
 }
 
 std::u16string FuzzPlatform::widen(std::string_view text) const {
-    interrupted(true);
     return posix::widenText(text);
 }
 

@@ -8,7 +8,6 @@
 #include "platform/posix/registry_document.hpp"
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -27,9 +26,6 @@ class FuzzPlatform final : public platform::Platform {
     std::string document; // path of the file that stands for every XML document; empty: there is none
     std::map<std::u16string, platform::posix::RegistryValues> settings; // by folded path
     int postResult = 1;
-    /// Called whenever the library asks for something in the midst of a call: other processes may write to the
-    /// section there.
-    std::function<void()> interruption;
 
     [[nodiscard]] std::int64_t now() const noexcept override;
     [[nodiscard]] std::optional<platform::TimeZone> timeZone() const noexcept override;
@@ -48,23 +44,17 @@ class FuzzPlatform final : public platform::Platform {
     [[nodiscard]] bool caseSensitivePaths() const noexcept override { return true; }
     [[nodiscard]] std::u16string programDataFolder() const override { return u"/data"; }
     [[nodiscard]] std::u16string hostExecutable() const override { return u"/programs/nav/nav"; }
-    [[nodiscard]] bool exists(const std::u16string&) const override { return interrupted(true); }
-    [[nodiscard]] bool isDirectory(const std::u16string&) const override { return interrupted(true); }
+    [[nodiscard]] bool exists(const std::u16string&) const override { return true; }
+    [[nodiscard]] bool isDirectory(const std::u16string&) const override { return true; }
     void makeDirectory(const std::u16string&) const override {}
     [[nodiscard]] std::unique_ptr<platform::FileReader> openFile(const std::u16string& path) const override;
     [[nodiscard]] std::unique_ptr<platform::XmlReader> openXml(const std::u16string& path) const override;
-    bool appendLine(const std::u16string&, std::string_view) const override { return interrupted(true); }
+    bool appendLine(const std::u16string&, std::string_view) const override { return true; }
     void showError(const std::u16string&) const override {}
     void postQuit() const noexcept override {}
     [[nodiscard]] int postToHost(std::uint64_t window, const platform::HostMessage& message) const noexcept override;
     [[nodiscard]] std::string narrow(std::u16string_view text, std::size_t maxBytes) const override;
     [[nodiscard]] std::u16string widen(std::string_view text) const override;
-
-  private:
-    bool interrupted(bool answer) const {
-        if (interruption) interruption();
-        return answer;
-    }
 };
 
 /// Puts the bytes into a file of this process's own, for the XML parser, which reads files; the path of it.

@@ -58,6 +58,10 @@ void WatchedSection::put(std::size_t offset, std::span<const std::uint8_t> bytes
     allow(offset, size);
 }
 
+void WatchedSection::copyOut(std::size_t offset, void* to, std::size_t size) const noexcept {
+    std::memcpy(to, &live_[offset], size);
+}
+
 void WatchedSection::expect(std::size_t offset, const void* bytes, std::size_t size) {
     std::memcpy(&expected_[offset], bytes, size);
     changed_.push_back({offset, size});

@@ -38,6 +38,8 @@ class WatchedSection {
     void allow(std::size_t offset, std::size_t size);
     /// Writes as another process would. What lies beyond the end is left out.
     void put(std::size_t offset, std::span<const std::uint8_t> bytes);
+    /// Looks at the living bytes, which no LoadWatch takes for the library's.
+    void copyOut(std::size_t offset, void* to, std::size_t size) const noexcept;
     /// What a stretch is expected to hold from now on; the living bytes stay.
     void expect(std::size_t offset, const void* bytes, std::size_t size);
     [[nodiscard]] const std::byte* expected() const noexcept { return expected_.get(); }

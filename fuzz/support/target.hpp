@@ -18,6 +18,7 @@ void registry(Bytes input);    // the settings file of Linux
 void nmea(Bytes input);        // a stream of NMEA 0183 and AIS into the section
 void section(Bytes input);     // every call on a section with any bytes
 void model(Bytes input);       // sequences of calls against a model
+void view(Bytes input);        // the read-only view, on any file under the section's name
 
 inline std::string_view textOf(Bytes bytes) noexcept {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <climits>
 #include <fcntl.h>
 #include <string_view>
@@ -26,7 +27,10 @@ void makeFolders(const std::string& path) {
 Descriptor openFolder(int parent, const char* path, int flags) noexcept {
     const std::string_view name = withoutEnding(path);
     std::array<char, PATH_MAX> terminated{};
-    if (name.size() >= terminated.size()) return {};
+    if (name.size() >= terminated.size()) {
+        errno = ENAMETOOLONG;
+        return {};
+    }
     std::ranges::copy(name, terminated.begin());
     return Descriptor(::openat(parent, terminated.data(), O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC | flags));
 }

@@ -44,9 +44,10 @@ void removeIfDead(const RuntimeFolder& folder, const char* entry) noexcept {
 
 /// Hosts that were killed leave their sockets behind.
 void removeDeadWindows(const RuntimeFolder& folder) noexcept {
-    const int list = ::openat(folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    DIR* entries = list >= 0 ? ::fdopendir(list) : nullptr;
+    Descriptor list(::openat(folder.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    DIR* entries = list ? ::fdopendir(list.get()) : nullptr;
     if (entries == nullptr) return;
+    static_cast<void>(list.release()); // closed with the entries
     while (const dirent* entry = ::readdir(entries)) removeIfDead(folder, entry->d_name);
     ::closedir(entries);
 }

@@ -4,20 +4,19 @@
 #include "platform/posix/folders.hpp"
 #include "platform/posix/text.hpp"
 
+#include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
 #include <string>
+#include <utility>
 
 namespace tallowmere::platform::posix {
 namespace {
 
-Descriptor openOwnRuntimeFolder() noexcept {
-    const char* path = absolutePath("XDG_RUNTIME_DIR");
-    if (path == nullptr) return {};
-    Descriptor folder = openFolder(AT_FDCWD, path, O_PATH);
-    struct stat status {};
-    if (!folder || ::fstat(folder.get(), &status) != 0 || !isOwn(status, S_IWGRP | S_IWOTH)) return {};
-    return folder;
+/// True when a folder could not be opened because there is none that the user may use, false when the system was
+/// short of something: then it may well be there, and others are in it.
+bool isNoFolder(int error) noexcept {
+    return error == ENOENT || error == ENOTDIR || error == ELOOP || error == EACCES || error == ENAMETOOLONG;
 }
 
 /// A slash would lead elsewhere, a NUL would cut the name short, and the dots name folders.
@@ -28,7 +27,15 @@ bool isPlainName(std::u16string_view name) noexcept {
 
 } // namespace
 
-RuntimeFolder::RuntimeFolder() noexcept : folder_(openOwnRuntimeFolder()), everybodys_(!folder_) {
+RuntimeFolder::RuntimeFolder() noexcept {
+    if (const char* path = absolutePath("XDG_RUNTIME_DIR")) {
+        Descriptor folder = openFolder(AT_FDCWD, path, O_PATH);
+        if (!folder && !isNoFolder(errno)) return;
+        struct stat status {};
+        if (folder && ::fstat(folder.get(), &status) != 0) return;
+        if (folder && isOwn(status, S_IWGRP | S_IWOTH)) folder_ = std::move(folder);
+    }
+    everybodys_ = !folder_;
     if (everybodys_) folder_ = openFolder(AT_FDCWD, "/dev/shm", O_PATH);
 }
 

@@ -21,7 +21,8 @@ class EntryName {
 };
 
 /// $XDG_RUNTIME_DIR when it is set and this user's alone; else /dev/shm, where every user's things lie, so
-/// that names there end in the user's number.
+/// that names there end in the user's number. None when the system can't tell: somebody alone in another folder
+/// than everybody else would be worse.
 class RuntimeFolder {
   public:
     RuntimeFolder() noexcept;

@@ -286,6 +286,10 @@ void MemoryMachine::failOnce(Step step, int nth) {
 void MemoryMachine::failAlways(Step step) {
     state_->planOf(step).always = true;
 }
+void MemoryMachine::failNever() {
+    state_->plans = {};
+    state_->anyCountdown = 0;
+}
 void MemoryMachine::failAnyOnce(int nth) {
     state_->anyCountdown = nth;
     state_->requests = 0;

@@ -93,6 +93,8 @@ class MemoryMachine {
     void failAlways(Step step);
     /// The n-th request of any step from now on fails.
     void failAnyOnce(int nth);
+    /// All requests succeed from now on.
+    void failNever();
     /// How many requests of all steps there were since the last failAnyOnce.
     [[nodiscard]] int requests() const;
 

@@ -4,10 +4,13 @@
 #include <cerrno>
 #include <cstdarg>
 #include <ctime>
+#include <dirent.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <pwd.h>
 #include <sys/file.h>
 #include <sys/mman.h>
+#include <sys/random.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -17,6 +20,7 @@ namespace {
 
 bool counting = false;
 bool shortened = false;
+bool unreserved = false;
 std::size_t made = 0;
 std::size_t failing = 0;
 int failure = 0;
@@ -48,6 +52,9 @@ void shortenTransfers() noexcept {
     failCall(0, 0);
     shortened = true;
 }
+void refuseReservations(bool refuse) noexcept {
+    unreserved = refuse;
+}
 std::size_t endFailing() noexcept {
     counting = false;
     return made;
@@ -60,6 +67,7 @@ const char* failedCall() noexcept {
 
 using tallowmere::test::fails;
 using tallowmere::test::shortOf;
+using tallowmere::test::unreserved;
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the linker's own names
 
@@ -70,16 +78,25 @@ using tallowmere::test::shortOf;
         return fails(#name) ? (nothing) : __real_##name arguments;                                                     \
     }
 
-WRAPPED(int, fallocate, (int file, int mode, off_t start, off_t size), (file, mode, start, size), -1)
+WRAPPED(int, bind, (int socket, const sockaddr* at, socklen_t length), (socket, at, length), -1)
+WRAPPED(int, clock_gettime, (clockid_t clock, timespec* time), (clock, time), -1)
+WRAPPED(int, connect, (int socket, const sockaddr* to, socklen_t length), (socket, to, length), -1)
 WRAPPED(int, fchmod, (int file, mode_t mode), (file, mode), -1)
+WRAPPED(DIR*, fdopendir, (int folder), (folder), nullptr)
 WRAPPED(int, flock, (int file, int operation), (file, operation), -1)
 WRAPPED(int, fstat, (int file, struct stat* status), (file, status), -1)
 WRAPPED(int, fstatat, (int folder, const char* path, struct stat* status, int flags), (folder, path, status, flags), -1)
 WRAPPED(int, ftruncate, (int file, off_t size), (file, size), -1)
+WRAPPED(ssize_t, getrandom, (void* bytes, std::size_t size, unsigned flags), (bytes, size, flags), -1)
+WRAPPED(int, lstat, (const char* path, struct stat* status), (path, status), -1)
 WRAPPED(int, mkdir, (const char* path, mode_t mode), (path, mode), -1)
 WRAPPED(void*, mmap, (void* at, std::size_t size, int access, int flags, int file, off_t start),
         (at, size, access, flags, file, start), MAP_FAILED)
+WRAPPED(int, poll, (pollfd * files, nfds_t count, int milliseconds), (files, count, milliseconds), -1)
+WRAPPED(ssize_t, pwrite, (int file, const void* bytes, std::size_t size, off_t start), (file, bytes, size, start), -1)
+WRAPPED(dirent*, readdir, (DIR * folder), (folder), nullptr)
 WRAPPED(ssize_t, readlink, (const char* path, char* target, std::size_t size), (path, target, size), -1)
+WRAPPED(ssize_t, recv, (int socket, void* bytes, std::size_t size, int flags), (socket, bytes, size, flags), -1)
 WRAPPED(int, renameat, (int folder, const char* from, int other, const char* to), (folder, from, other, to), -1)
 WRAPPED(int, stat, (const char* path, struct stat* status), (path, status), -1)
 WRAPPED(int, socket, (int domain, int type, int protocol), (domain, type, protocol), -1)
@@ -90,6 +107,15 @@ WRAPPED(int, unlinkat, (int folder, const char* path, int flags), (folder, path,
 WRAPPED(std::tm*, localtime_r, (const std::time_t* time, std::tm* parts), (time, parts), nullptr)
 WRAPPED(int, getpwuid_r, (uid_t user, passwd* entry, char* buffer, std::size_t size, passwd** found),
         (user, entry, buffer, size, found), (*found = nullptr, EIO))
+
+extern "C" int __real_fallocate(int file, int mode, off_t start, off_t size);
+extern "C" int __wrap_fallocate(int file, int mode, off_t start, off_t size);
+extern "C" int __wrap_fallocate(int file, int mode, off_t start, off_t size) {
+    if (fails("fallocate")) return -1;
+    if (!unreserved) return __real_fallocate(file, mode, start, size);
+    errno = EOPNOTSUPP;
+    return -1;
+}
 
 /// Nothing is really brought to the disk: no test looks at what a power failure leaves, and it takes long.
 extern "C" int __wrap_fsync(int file);

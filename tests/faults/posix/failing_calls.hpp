@@ -15,6 +15,9 @@ void failCall(std::size_t nth, int error) noexcept;
 /// From now on calls are counted, and each read and write moves one byte at most.
 void shortenTransfers() noexcept;
 
+/// While true no file system reserves space for a file, whether or not calls are counted.
+void refuseReservations(bool refuse) noexcept;
+
 /// Calls are done as they come again. How many there were since failCall.
 std::size_t endFailing() noexcept;
 

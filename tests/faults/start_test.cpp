@@ -91,6 +91,12 @@ class EveryFailure : public ::testing::Test {
         EXPECT_TRUE(lost["settings"] <= 1 || allSettings) << lost["settings"];
     }
 
+    /// The failure is over.
+    void expectNextStartIsWhole(Life& life) {
+        life.attach();
+        EXPECT_EQ(unlike(life.seen(), users_), Groups{});
+    }
+
     void expectOnlyUsersOrDefault(const Outcome& seen) {
         EXPECT_EQ(entriesOfNone(seen, {&users_, &bare_, &blind_, &moved_}), "");
     }
@@ -120,8 +126,7 @@ TEST_F(EveryFailure, OfACallDuringTheStartLeavesTheDocumentedDefault) {
         expectDocumentedStart(life);
         life.detach();
         EXPECT_EQ(life.machine.section(kSectionName), nullptr);
-        life.attach(); // the failure is over
-        EXPECT_EQ(unlike(life.seen(), users_), Groups{});
+        expectNextStartIsWhole(life);
     }
     EXPECT_GT(cases.count(), 200U);
 }
@@ -139,6 +144,8 @@ TEST_F(EveryFailure, OfARequestForMemoryDuringTheStartLeavesTheDocumentedDefault
                 life.attach();
             } catch (const std::bad_alloc&) {
                 failAllocation(0); // the object itself found no room: no constructor has thrown
+                life.detach();
+                expectNextStartIsWhole(life);
                 continue;
             }
             const bool failed = allocationsMade() - before >= n;
@@ -148,6 +155,7 @@ TEST_F(EveryFailure, OfARequestForMemoryDuringTheStartLeavesTheDocumentedDefault
             expectDocumentedStart(life);
             life.detach();
             EXPECT_EQ(life.machine.section(kSectionName), nullptr);
+            expectNextStartIsWhole(life);
         }
         EXPECT_EQ(piecesHeld(), held);
     }
@@ -177,6 +185,7 @@ TEST_F(EveryFailure, OfAllMemoryFromSomePointOnLeavesTheDocumentedDefault) {
             failAllocationsFrom(1);
             life.host.reset();
             failAllocation(0);
+            expectNextStartIsWhole(life);
         }
         EXPECT_EQ(piecesHeld(), held);
     }
@@ -200,6 +209,9 @@ TEST_F(EveryFailure, BesidesTheSectionsLeavesTheOtherNotices) {
             EXPECT_EQ(life.machine.errorsShown.size(), step == "ShowError" ? 0U : 1U);
             EXPECT_EQ(life.machine.quitsPosted, step == "PostQuit" ? 0 : 1);
             EXPECT_EQ(life.machine.files.contains(u"\\log_system_22Nov2025.log"), step != "AppendLine");
+            life.detach();
+            life.machine.failNever();
+            expectNextStartIsWhole(life);
         }
         for (std::size_t n = 1;; ++n) {
             SCOPED_TRACE(n);
@@ -215,6 +227,9 @@ TEST_F(EveryFailure, BesidesTheSectionsLeavesTheOtherNotices) {
             ++cases;
             expectNoData(*life.host);
             EXPECT_EQ(life.machine.quitsPosted, 1); // asked for in any case
+            life.detach();
+            life.machine.failNever();
+            expectNextStartIsWhole(life);
         }
     }
     EXPECT_GT(cases.count(), 20U);
@@ -245,11 +260,21 @@ class EveryFailureAtTheEnd : public ::testing::Test {
         liveOnce(life);
         before_ = life.saved();
         life.attach();
+        started_ = life.seen();
         life.host->setTrackSettings(usersTracks(life.platform));
         life.detach();
         after_ = life.saved();
     }
+    /// The failure is over: a host starts whole and can save its settings.
+    void expectNextLifeIsWhole(Life& life) {
+        life.attach();
+        EXPECT_EQ(unlike(life.seen(), started_), Groups{});
+        life.host->setTrackSettings(usersTracks(life.platform));
+        life.detach();
+        EXPECT_EQ(life.saved().others, after_.others);
+    }
     Outcome before_;
+    Outcome started_;
     Outcome after_;
 };
 
@@ -274,6 +299,7 @@ TEST_F(EveryFailureAtTheEnd, OfACallLeavesOneTrackSettingAsItWas) {
         EXPECT_LE(kept, life.machine.trace[static_cast<std::size_t>(n - 1)] == "CreateSettings" ? 12 : 1);
         EXPECT_EQ(life.machine.section(kSectionName), nullptr);
         EXPECT_TRUE(life.machine.errorsShown.empty());
+        expectNextLifeIsWhole(life);
     }
     EXPECT_EQ(cases.count(), 13U);
 }
@@ -297,6 +323,7 @@ TEST_F(EveryFailureAtTheEnd, OfARequestForMemoryLeavesTrackSettingsAsTheyWere) {
             ++cases;
             EXPECT_EQ(entriesOfNone(life.saved(), {&after_, &before_}), "");
             EXPECT_EQ(life.machine.section(kSectionName), nullptr);
+            expectNextLifeIsWhole(life);
         }
         EXPECT_EQ(piecesHeld(), held);
     }

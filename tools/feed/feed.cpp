@@ -32,9 +32,8 @@ void Feed::take(const nmea::Line& line) {
 }
 
 void Feed::takeSentence(const nmea::Sentence& sentence) {
-    const bool packed = sentence.start() == '!';
-    const SentenceRule rule = sentence.isStandard() && !packed ? ruleFor(sentence.type()) : nullptr;
-    const bool vdm = sentence.isStandard() && packed && sentence.type() == "VDM";
+    const SentenceRule rule = ruleFor(sentence);
+    const bool vdm = sentence.isStandard() && sentence.start() == '!' && sentence.type() == "VDM";
     if (rule == nullptr && !vdm) {
         countUnknown(sentence);
         return;

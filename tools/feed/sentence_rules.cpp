@@ -1,5 +1,7 @@
 #include "tools/feed/sentence_rules.hpp"
 
+#include <span>
+
 namespace tallowmere::feed {
 namespace {
 
@@ -33,14 +35,23 @@ constexpr Row kRules[] = {
     {"XDR", applyXdr},
     {"ZDA", applyZda},
 };
+constexpr Row kOwnRules[] = {
+    {"PTLML", applyStartLine},
+    {"PTLMT", applyStartTimes},
+};
 // clang-format on
+
+SentenceRule ruleIn(std::span<const Row> rows, std::string_view type) noexcept {
+    for (const Row& row : rows)
+        if (row.type == type) return row.rule;
+    return nullptr;
+}
 
 } // namespace
 
-SentenceRule ruleFor(std::string_view type) noexcept {
-    for (const Row& row : kRules)
-        if (row.type == type) return row.rule;
-    return nullptr;
+SentenceRule ruleFor(const nmea::Sentence& sentence) noexcept {
+    if (sentence.start() != '$') return nullptr;
+    return sentence.isStandard() ? ruleIn(kRules, sentence.type()) : ruleIn(kOwnRules, sentence.address());
 }
 
 bool statusIsValid(std::string_view status) noexcept {

@@ -13,8 +13,9 @@ namespace tallowmere::feed {
 /// not valid.
 using SentenceRule = bool (*)(const nmea::Sentence& sentence, OwnBoat& boat);
 
-/// The rule of a standard sentence's type ("RMC"), or null when the feed has none.
-[[nodiscard]] SentenceRule ruleFor(std::string_view type) noexcept;
+/// The rule of a sentence, by the type of a standard one ("RMC") or the whole address of this program's own ("PTLMT");
+/// null when the feed has none.
+[[nodiscard]] SentenceRule ruleFor(const nmea::Sentence& sentence) noexcept;
 
 /// A status field: 'A' or 'D' is valid; an empty or missing one too, for many devices leave it out.
 [[nodiscard]] bool statusIsValid(std::string_view status) noexcept;
@@ -47,5 +48,8 @@ bool applyMtw(const nmea::Sentence& sentence, OwnBoat& boat);
 // weather_sentences.cpp
 bool applyMda(const nmea::Sentence& sentence, OwnBoat& boat);
 bool applyXdr(const nmea::Sentence& sentence, OwnBoat& boat);
+// start_sentences.cpp
+bool applyStartLine(const nmea::Sentence& sentence, OwnBoat& boat);
+bool applyStartTimes(const nmea::Sentence& sentence, OwnBoat& boat);
 
 } // namespace tallowmere::feed

@@ -3,6 +3,7 @@
 
 namespace tallowmere::feed {
 
+inline constexpr double kMetresPerNauticalMile = 1852.0;
 inline constexpr double kKilometresPerNauticalMile = 1.852;
 inline constexpr double kKilometresPerStatuteMile = 1.609344;
 inline constexpr double kKnotsPerMetrePerSecond = 3600.0 / 1852.0;

@@ -1,6 +1,7 @@
 #include "tools/simulate/instruments.hpp"
 
 #include "tools/nmea/encode.hpp"
+#include "tools/simulate/start_line.hpp"
 
 #include <array>
 #include <chrono>
@@ -51,11 +52,15 @@ std::string bearingText(double degrees) {
     return text == "360.0" ? "000.0" : text;
 }
 
+std::string placeFields(const Place& place) {
+    return nmea::latitudeFields(place.latitude) + "," + nmea::longitudeFields(place.longitude);
+}
+
 void addPosition(Lines& lines, const Race& race, const DateAndTime& now) {
     const Boat& boat = race.boat(0);
     const Place place = race.placeOf(boat.position());
     const Vector ground = boat.overGround(race.surroundings());
-    const std::string position = nmea::latitudeFields(place.latitude) + "," + nmea::longitudeFields(place.longitude);
+    const std::string position = placeFields(place);
     lines.add("GPRMC," + now.time + ",A," + position + "," + decimal(ground.length(), 2) + "," +
               bearingText(ground.direction()) + "," + now.date + "," + decimal(race.magneticVariation(), 1) + ",E,A");
     lines.add("GPGGA," + now.time + "," + position + ",1,11,0.8,2.1,M,48.9,M,,");
@@ -93,6 +98,22 @@ void addSlowOnes(Lines& lines, const Race& race) {
     lines.add("IIVLW," + decimal(kLogBefore + today, 2) + ",N," + decimal(today, 2) + ",N");
 }
 
+/// In sentences of the simulator's own (docs/feed.md), for the standard has none.
+void addStart(Lines& lines, const Race& race) {
+    constexpr double kSecondsAfterGun = 60.0; // for which it is of interest
+    const StartLine line = startLineOf(race);
+    const StartApproach approach = startApproachOf(race);
+    if (approach.secondsToGun < -kSecondsAfterGun) return;
+    lines.add("PTLML," + placeFields(line.portEnd) + "," + placeFields(line.starboardEnd) + "," +
+              bearingText(line.squareWind));
+    const bool started = approach.secondsToGun <= 0.0 && approach.metresBelow < 0.0;
+    const auto field = [&](double value) { return "," + (started ? std::string() : decimal(value, 1)); };
+    lines.add("PTLMT," + decimal(approach.secondsToGun, 1) + field(approach.secondsToLine) +
+              field(approach.secondsToBurn) + field(approach.metresBelow) + field(approach.metresToLine) +
+              field(approach.metresBelowAtGun) + "," + decimal(line.biasDegrees, 1) + "," +
+              decimal(line.biasMetres, 1));
+}
+
 /// The two biggest rivals carry the larger kind of transponder, which reports more often.
 bool isClassA(std::size_t rival) noexcept {
     return rival <= 2;
@@ -125,6 +146,7 @@ std::string linesOf(const Race& race, std::int64_t ticks) {
     addPosition(lines, race, now);
     addHeadingAndWater(lines, race);
     addWind(lines, race);
+    addStart(lines, race);
     if (second % 5 == 0) addSlowOnes(lines, race);
     for (std::size_t rival = 1; rival < race.boatCount(); ++rival)
         if ((second + rival) % (isClassA(rival) ? 3 : 5) == 0) addRival(lines, race, rival, now.second);

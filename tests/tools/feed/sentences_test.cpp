@@ -76,6 +76,40 @@ TEST_F(Sentences, GgaGivesPositionAndQualityOfTheFix) {
     expectCount(9);
 }
 
+TEST_F(Sentences, OfOurOwnGiveTheStart) {
+    feedBody("PTLML,3928.1234,N,00237.5000,W,3928.2468,S,00237.7500,E,225.5");
+    expect(ZAN_PORT_LAT, 39.0 + 28.1234 / 60.0);
+    expect(ZAN_PORT_LON, -2.0 - 37.5 / 60.0);
+    expect(ZAN_STBD_LAT, -39.0 - 28.2468 / 60.0);
+    expect(ZAN_STBD_LON, 2.0 + 37.75 / 60.0);
+    expect(ZAN_LNSQWIND, 225.5);
+    expectCount(5);
+    feedBody("PTLMT,-90.0,45.5,-135.5,185.2,203.7,-18.5,-7.5,-41.8");
+    expect(ZAN_TMTOGUN, -90.0 / 86400.0);
+    expect(ZAN_TMTOLN, 45.5 / 86400.0);
+    expect(ZAN_BURN, -135.5 / 86400.0);
+    expect(ZAN_BELOWLN, 0.1);
+    expect(ZAN_DISTTOLN, 203.7 / 1852.0);
+    expect(ZAN_GUNBLWLN, -18.5 / 1852.0);
+    expect(ZAN_BIAS_ANG, -7.5);
+    expect(ZAN_BIASL, -41.8 / 1852.0);
+    expectCount(13);
+}
+
+TEST_F(Sentences, EmptyFieldsOfTheStartWriteNothing) {
+    feedBody("PTLMT,12.0,,,,,,x,1e5");
+    expect(ZAN_TMTOGUN, 12.0 / 86400.0);
+    expectCount(1);
+    feedBody("PTLML,3928.1234,N,,,,,,,");
+    expectCount(1);
+}
+
+TEST_F(Sentences, OtherMakersSentencesAreUnknown) {
+    for (const char* const body : {"PTLMX,1", "PTLM,1", "XPTLMT,1", "RMC,1"}) feedBody(body);
+    expectNothing();
+    EXPECT_EQ(feed.counts().unknown.size(), 4U);
+}
+
 TEST_F(Sentences, GllGivesPositionEvenWithoutStatusAndMode) {
     feedBody("GPGLL,6005.071,N,02332.346,E");
     expect(ZAN_LAT, 60.0 + 5.071 / 60.0);

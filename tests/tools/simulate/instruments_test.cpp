@@ -112,6 +112,60 @@ TEST_F(Instruments, PositionsMoveAsCourseAndSpeedSay) {
     }
 }
 
+TEST_F(Instruments, TheStartAgreesWithLinePositionAndItself) {
+    constexpr double kSeconds = 86'400.0;
+    constexpr double kMetres = 1852.0;
+    constexpr double kMetresPerDegree = 111'120.0;
+    for (int count = 0; count < 119; ++count) {
+        second();
+        ASSERT_NEAR(value(ZAN_TMTOGUN) * kSeconds, kSecondsToStart - race.time(), 0.06);
+        ASSERT_NEAR(value(ZAN_BURN), value(ZAN_TMTOGUN) - value(ZAN_TMTOLN), 0.16 / kSeconds) << race.time();
+
+        // Where the own boat stands to the line through both ends, by the positions that were sent.
+        const double shrink = std::cos(radians(value(ZAN_PORT_LAT)));
+        const auto from = [&](ChannelIndex latitude, ChannelIndex longitude) {
+            return Vector{(value(longitude) - value(ZAN_PORT_LON)) * kMetresPerDegree * shrink,
+                          (value(latitude) - value(ZAN_PORT_LAT)) * kMetresPerDegree};
+        };
+        const Vector line = from(ZAN_STBD_LAT, ZAN_STBD_LON);
+        const Vector boat = from(ZAN_LAT, ZAN_LON);
+        EXPECT_NEAR(line.length(), race.course().lineLength, 0.5);
+        EXPECT_NEAR(signed180(line.direction() - 90.0 - value(ZAN_LNSQWIND)), 0.0, 0.2);
+        const double below = (line.east * boat.north - line.north * boat.east) / line.length();
+        EXPECT_NEAR(value(ZAN_BELOWLN) * kMetres, -below, 0.5) << race.time();
+
+        // As far as the boat gets in that time, close-hauled.
+        const double speed = value(ZAN_DISTTOLN) * kMetres / (value(ZAN_TMTOLN) * kSeconds);
+        if (std::abs(value(ZAN_TMTOLN) * kSeconds) > 10.0) {
+            EXPECT_GT(speed, 2.0 * kMetresPerSecondPerKnot) << race.time();
+            EXPECT_LT(speed, 9.0 * kMetresPerSecondPerKnot) << race.time();
+        }
+        EXPECT_GE(std::abs(value(ZAN_DISTTOLN)), std::abs(value(ZAN_BELOWLN)) - 0.2 / kMetres);
+        EXPECT_NEAR(signed180(value(ZAN_TWD) - value(ZAN_LNSQWIND)), value(ZAN_BIAS_ANG), 0.16);
+        EXPECT_NEAR(value(ZAN_BIASL) * kMetres, line.length() * std::sin(radians(value(ZAN_BIAS_ANG))), 0.6);
+    }
+}
+
+TEST_F(Instruments, TheDistanceAtTheGunIsWhatTheCourseLeadsTo) {
+    while (race.time() < kSecondsToStart - 10.5) second();
+    const double closing = (value(ZAN_BELOWLN) - value(ZAN_GUNBLWLN)) / (value(ZAN_TMTOGUN) * 86'400.0);
+    const double angle = radians(value(ZAN_COG) - value(ZAN_LNSQWIND));
+    EXPECT_NEAR(closing * 3600.0, value(ZAN_SOG) * std::cos(angle), 0.05);
+}
+
+TEST_F(Instruments, TheStartEndsAfterTheGun) {
+    while (race.time() < kSecondsToStart + 40.5) second();
+    EXPECT_NEAR(value(ZAN_TMTOGUN) * 86'400.0, -41.0, 1.1);
+    channels.values.clear();
+    second();
+    EXPECT_EQ(value(ZAN_BELOWLN), NO_VALUE) << "the boat has started";
+    while (race.time() < kSecondsToStart + 61.5) second();
+    channels.values.clear();
+    second();
+    EXPECT_EQ(value(ZAN_TMTOGUN), NO_VALUE);
+    EXPECT_EQ(value(ZAN_PORT_LAT), NO_VALUE);
+}
+
 TEST_F(Instruments, HeadingIsMagneticOnTheWayAndTrueInTheChannel) {
     second();
     EXPECT_NEAR(value(ZAN_HDG), race.boat(0).heading(), 0.06);

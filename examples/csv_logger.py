@@ -3,7 +3,8 @@
 
     csv_logger.py BSP TWA TWS --ages > race.csv
 
-The first column is the time (UTC). A value that is not there, or that is older than its channel's time-out, is an
+The first column is the time (UTC), the last one "replay" where a recording was being played and empty where the values
+were live. A value that is not there, or that is older than its channel's time-out, is an
 empty field: nothing is carried on from row to row. Ctrl-C ends the log after a whole row.
 """
 
@@ -43,10 +44,12 @@ def log(arguments: argparse.Namespace) -> None:
     columns: List[str] = ["time", *arguments.channels]
     if arguments.ages:
         columns += [f"{name} age" for name in arguments.channels]
+    columns.append("replay")
     writer = csv.DictWriter(sys.stdout, columns, lineterminator="\n")
     writer.writeheader()
     for row in rows:
-        writer.writerow({column: field(value) for column, value in row.items()})
+        fields = {column: field(value) for column, value in row.items()}
+        writer.writerow({**fields, "replay": "replay" if tallowmere.is_replay() else ""})
         sys.stdout.flush()
 
 

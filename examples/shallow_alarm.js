@@ -3,8 +3,8 @@
 //
 //     shallow_alarm.js [--limit METRES] [--interval SECONDS] [--count ROUNDS]
 //
-// Old depths are no depths: a value beyond its channel's time-out is named as stale, never as safe. "-" is a depth
-// that is not there. Where standard output is a terminal, everything but a safe depth rings its bell.
+// Old depths are no depths: a value beyond its channel's time-out is named as stale, never as safe, and so is one that
+// is played from a recording. "-" is a depth that is not there. Where standard output is a terminal, everything but a safe depth rings its bell.
 'use strict';
 
 const { setTimeout: sleep } = require('node:timers/promises');
@@ -43,7 +43,10 @@ async function watch({ limit, interval, count }) {
     process.once('SIGINT', () => stop.abort());
     const depth = tallowmere.channel(tallowmere.ChannelId.DEPTH);
     for (let round = 1; !stop.signal.aborted; ++round) {
-        const { isSafe, text } = judge(depth.read(), limit);
+        const judged = judge(depth.read(), limit);
+        const isReplay = tallowmere.isReplay();
+        const isSafe = judged.isSafe && !isReplay;
+        const text = isReplay ? `REPLAY, not the depth here: ${judged.text}` : judged.text;
         const bell = !isSafe && process.stdout.isTTY ? '\x07' : '';
         process.stdout.write(`${bell}${text}\n`);
         if (round >= count) break;

@@ -4,7 +4,7 @@
 //
 // The values come from a race program that writes the start channels; this one only shows them. "-" is a value that
 // is not there, "stale" one that nobody has written for longer than its channel's time-out: a countdown that has
-// stopped must not look like one that runs.
+// stopped must not look like one that runs. Nor must one that is played from a recording: it begins with "REPLAY".
 #include <tallowmere/view.hpp>
 
 #include <chrono>
@@ -106,8 +106,8 @@ void show(const View& view, Gun& gun) {
     // Of one moment, so that the times belong together.
     const Group group = view.read({ZAN_TMTOGUN, ZAN_TMTOLN, ZAN_BURN, ZAN_BELOWLN, ZAN_BSP});
     const Value& toGun = group.values[0];
-    std::printf("gun %s   line %s   burn %s   below line %s   speed %s%s\n", timeText(toGun).c_str(),
-                timeText(group.values[1]).c_str(), timeText(group.values[2]).c_str(),
+    std::printf("%sgun %s   line %s   burn %s   below line %s   speed %s%s\n", view.isReplay() ? "REPLAY   " : "",
+                timeText(toGun).c_str(), timeText(group.values[1]).c_str(), timeText(group.values[2]).c_str(),
                 metresText(group.values[3]).c_str(), knotsText(group.values[4]).c_str(),
                 gun.fires(toGun) ? "   GUN" : "");
     std::fflush(stdout);

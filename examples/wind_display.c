@@ -4,7 +4,8 @@
  *     wind_display [--interval SECONDS] [--count ROUNDS] [--plain]
  *
  * It looks at the section and never makes one: started before any other program it waits, and it goes on when they
- * come and go. "-" is a value that is not there; one older than its channel's time-out is shown with its age.
+ * come and go. The last line says whether the values are live or played from a recording. "-" is a value that is not
+ * there; one older than its channel's time-out is shown with its age.
  * --plain draws one round below the other, for files and for consoles without escape sequences.
  */
 #define _POSIX_C_SOURCE 199309L /* nanosleep, which mingw-w64 has too */
@@ -84,10 +85,10 @@ static void print_dial(const tlm_view_value* angle, const char* line_end) {
     printf("%s%s", dial, line_end);
 }
 
-static const char* describe(int32_t attachment) {
-    switch (attachment) {
+static const char* describe(const tlm_view* view) {
+    switch (tlm_view_state(view)) {
     case TLM_VIEW_ATTACHED:
-        return "live";
+        return tlm_view_is_replay(view) ? "REPLAY: a recording is being played, this is not the wind now" : "live";
     case TLM_VIEW_WRITERS_GONE:
         return "the last program that wrote values has ended";
     default:
@@ -97,12 +98,12 @@ static const char* describe(int32_t attachment) {
 
 static void draw(tlm_view* view, bool plain) {
     const char* line_end = plain ? "\n" : "\x1b[K\n";
-    const int32_t attachment = tlm_view_refresh(view);
+    tlm_view_refresh(view);
     tlm_view_value values[CHANNELS];
     tlm_view_read_group(view, 0, channels, CHANNELS, values, NULL);
     print_dial(&values[0], line_end);
     for (int i = 0; i < CHANNELS; ++i) print_row(view, &values[i], line_end);
-    printf("%s%s", describe(attachment), line_end);
+    printf("%s%s", describe(view), line_end);
     fflush(stdout);
 }
 

@@ -1,6 +1,7 @@
 // The functions of tallowmere_view: argument checks, texts and structures around the look at the section.
 #include "core/channels/channel_lookup.hpp"
 #include "core/channels/printable.hpp"
+#include "core/channels/replay_sign.hpp"
 #include "core/channels/system_values.hpp"
 #include "core/channels/value_reading.hpp"
 #include "core/config/alternate_table.hpp"
@@ -141,6 +142,10 @@ std::int64_t tlm_view_now(void) noexcept {
 std::uint64_t tlm_view_host_window(const tlm_view* view) noexcept {
     const SharedArea* const area = areaOf(view);
     return area != nullptr ? readOnce(area->hostWindow) : 0;
+}
+
+std::int32_t tlm_view_is_replay(const tlm_view* view) noexcept {
+    return isReplay(areaOf(view)) ? 1 : 0;
 }
 
 std::int32_t tlm_view_get_channel(const tlm_view* view, std::uint16_t channel, tlm_view_channel* info) noexcept {

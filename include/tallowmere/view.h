@@ -36,7 +36,7 @@ extern "C" {
 #endif
 
 /* The version of this interface. It grows when functions are added; what is here stays as it is. */
-#define TLM_VIEW_INTERFACE 1
+#define TLM_VIEW_INTERFACE 2 /* 2: tlm_view_is_replay */
 
 #define TLM_VIEW_NO_VALUE 32767.0  /* the number of a value or variable that is not there */
 #define TLM_VIEW_NO_CHANNEL 32767  /* "none" as a channel number */
@@ -174,6 +174,13 @@ int64_t tlm_view_now(void) TLM_VIEW_NOEXCEPT;
 
 /* The handle of the host application's window (on Linux: the number of its socket); 0 for none. */
 uint64_t tlm_view_host_window(const tlm_view* view) TLM_VIEW_NOEXCEPT;
+
+/*
+ * 1 while a recording is being played into the section: its values were measured once, with stamps of now, and are not
+ * live. A program that shows, logs or steers by values asks this at each round, and says so or leaves them alone.
+ * Stays 1 after a player that was killed, until a host or another player sets it right. 0 without a section.
+ */
+int32_t tlm_view_is_replay(const tlm_view* view) TLM_VIEW_NOEXCEPT;
 
 /* --- channels */
 

@@ -124,6 +124,9 @@ class View {
     [[nodiscard]] State state() const noexcept { return static_cast<State>(tlm_view_state(view_)); }
     [[nodiscard]] std::uint32_t generation() const noexcept { return tlm_view_generation(view_); }
 
+    /// A recording is being played: the values are not live.
+    [[nodiscard]] bool isReplay() const noexcept { return tlm_view_is_replay(view_) != 0; }
+
     /// Empty for 414 and above.
     [[nodiscard]] std::optional<Channel> channel(std::uint16_t number) const noexcept {
         tlm_view_channel info;

@@ -22,23 +22,25 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-constexpr std::size_t kStamps = 59096; // of the own boat, int64 each
-constexpr std::size_t kValues = 62408; // of the own boat, 16 bytes each
+constexpr std::size_t kOwnBoatName = 51092 + 6; // UTF-16
+constexpr std::size_t kStamps = 59096;          // of the own boat, int64 each
+constexpr std::size_t kValues = 62408;          // of the own boat, 16 bytes each
 constexpr double kSecondsPerDay = 86400;
 constexpr double kMetresPerMile = 1852;
 
-/// What a program prints, and at its end how it ended.
-std::string outputOf(const std::string& program, const std::string& arguments) {
-    const char* file = "examples_test.txt";
+/// What a program prints, and at its end how it ended. With a file that is kept only how it ended.
+std::string outputOf(const std::string& program, const std::string& arguments, const std::string& kept = {}) {
+    const std::string file = kept.empty() ? "examples_test.txt" : kept;
     // The outer quotes are for cmd.exe, which takes one pair away.
     const std::string quotes = TALLOWMERE_SHELL_IS_CMD != 0 ? "\"" : "";
     const std::string command = quotes + '"' + program + "\" " + arguments + " >" + file + quotes;
     const int status = std::system(command.c_str());
+    if (!kept.empty()) return "status " + std::to_string(status);
     std::ifstream stream(file, std::ios::binary);
     std::string text(std::istreambuf_iterator<char>(stream), {});
     text.erase(std::remove(text.begin(), text.end(), '\r'), text.end());
     stream.close();
-    (void)std::remove(file);
+    (void)std::remove(file.c_str());
     return text + "status " + std::to_string(status);
 }
 
@@ -82,6 +84,18 @@ TEST_F(Examples, WindDisplayDrawsOverItsLastRound) {
     EXPECT_THAT(text, testing::EndsWith("live\x1b[K\nstatus 0"));
 }
 
+TEST_F(Examples, NeverShowAReplayAsLive) {
+    SetZanVar(ZAN_AWA, -32.06, 0);
+    SetZanVar(ZAN_BSP, 6.4, 0);
+    const std::u16string name = u"[REPLAY] Falcon";
+    std::memcpy(liveSection() + kOwnBoatName, name.data(), 2 * name.size());
+    const std::string wind = outputOf(TALLOWMERE_WIND_DISPLAY, "--plain --count 1");
+    EXPECT_THAT(wind, HasSubstr("\nREPLAY: a recording is being played"));
+    EXPECT_THAT(wind, testing::Not(HasSubstr("live")));
+    EXPECT_EQ(outputOf(TALLOWMERE_START_COUNTDOWN, "--count 1"),
+              "REPLAY   gun -   line -   burn -   below line -   speed 6.40 kt\nstatus 0");
+}
+
 TEST_F(Examples, SurviveAnyNumber) {
     for (const double number : {1e308, -1e308, std::nan(""), HUGE_VAL}) {
         for (const std::uint16_t channel : {ZAN_AWA, ZAN_AWS, ZAN_TMTOGUN, ZAN_BELOWLN, ZAN_BSP}) {
@@ -104,6 +118,18 @@ TEST_F(Examples, StartCountdownShowsTimesInMinutesAndDistancesInMetres) {
     SetZanVar(ZAN_BSP, 6.4, 0);
     EXPECT_EQ(outputOf(TALLOWMERE_START_COUNTDOWN, "--count 1"),
               "gun 4:32   line 0:45   burn -0:05   below line 12 m   speed 6.40 kt\nstatus 0");
+}
+
+TEST_F(Examples, StartCountdownCountsASimulatedStart) {
+    if (std::strlen(TALLOWMERE_PROGRAM) == 0) GTEST_SKIP() << "built without the program";
+    const std::string race = "examples_test.nmea";
+    ASSERT_EQ(outputOf(TALLOWMERE_PROGRAM, "simulate --seconds 20 --speed 0", race), "status 0");
+    ASSERT_EQ(outputOf(TALLOWMERE_PROGRAM, "feed " + race + " --speed 0 --quiet 2>examples_test.err"), "status 0");
+    (void)std::remove(race.c_str());
+    (void)std::remove("examples_test.err");
+    EXPECT_THAT(outputOf(TALLOWMERE_START_COUNTDOWN, "--count 1"),
+                testing::MatchesRegex("gun 1:40   line 0:[0-9]+   burn 0:[0-9]+   below line [0-9]+ m   "
+                                      "speed [0-9].[0-9]+ kt\nstatus 0"));
 }
 
 TEST_F(Examples, StartCountdownMarksWhatIsMissingAndWhatIsStale) {

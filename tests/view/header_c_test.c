@@ -77,6 +77,7 @@ int view_header_uses_all(tlm_view_value* value, tlm_view_group* group, tlm_view_
     uint32_t (*generation)(const tlm_view*) = tlm_view_generation;
     int64_t (*now)(void) = tlm_view_now;
     uint64_t (*host_window)(const tlm_view*) = tlm_view_host_window;
+    int32_t (*is_replay)(const tlm_view*) = tlm_view_is_replay;
     int32_t (*get_channel)(const tlm_view*, uint16_t, tlm_view_channel*) = tlm_view_get_channel;
     int32_t (*get_catalogue)(uint16_t, tlm_view_channel*) = tlm_view_get_catalogue;
     uint16_t (*find_channel)(const tlm_view*, const char*) = tlm_view_find_channel;
@@ -98,11 +99,11 @@ int view_header_uses_all(tlm_view_value* value, tlm_view_group* group, tlm_view_
     uint8_t flag = 0;
     tlm_view* view = open();
     const int sum = interface_number() + refresh(view) + refresh_now(view) + state(view) + (int)generation(view) +
-                    (now() > 0) + (host_window(view) != 0) + get_channel(view, 1, info) + get_catalogue(1, info) +
-                    find_channel(view, "BSP") + source(view, 1) + boat_count(view) + get_boat(view, 0, boat) +
-                    find_boat(view, "") + read(view, 1, 0, value) + read_group(view, 0, channels, 1, value, group) +
-                    get_variable(view, 0, &number) + get_integer(view, 0, &integer) + get_flag(view, 0, &flag) +
-                    get_mob(view, mob);
+                    (now() > 0) + (host_window(view) != 0) + is_replay(view) + get_channel(view, 1, info) +
+                    get_catalogue(1, info) + find_channel(view, "BSP") + source(view, 1) + boat_count(view) +
+                    get_boat(view, 0, boat) + find_boat(view, "") + read(view, 1, 0, value) +
+                    read_group(view, 0, channels, 1, value, group) + get_variable(view, 0, &number) +
+                    get_integer(view, 0, &integer) + get_flag(view, 0, &flag) + get_mob(view, mob);
     close(view);
     return sum;
 }

@@ -55,6 +55,23 @@ TEST_F(LiveView, ShowsWhatIsWritten) {
     EXPECT_EQ(group.raw.section_generation, view_.generation());
 }
 
+TEST_F(LiveView, TellsAReplayByTheOwnBoatsName) {
+    EXPECT_FALSE(view_.isReplay());
+    putText(kBoatEntries + 6, u"[REPLAY]");
+    EXPECT_TRUE(view_.isReplay());
+    putText(kBoatEntries + 6, u"[REPLAY] Falcon");
+    EXPECT_TRUE(view_.isReplay());
+    EXPECT_EQ(view_.boat(0)->name(), "[REPLAY] Falcon") << "as it stands";
+    for (const char16_t* name : {u"[REPLAY", u"[Replay] ", u" [REPLAY]", u"Falcon [REPLAY]"}) {
+        putText(kBoatEntries + 6, std::u16string(name) + u'\0');
+        EXPECT_FALSE(view_.isReplay()) << testing::PrintToString(name);
+    }
+    putText(kBoatEntries + 80 + 6, u"[REPLAY]");
+    EXPECT_FALSE(view_.isReplay()) << "another boat's name says nothing";
+    EXPECT_EQ(tlm_view_is_replay(nullptr), 0);
+    EXPECT_EQ(tlm_view_interface(), TLM_VIEW_INTERFACE);
+}
+
 TEST_F(LiveView, DescribesChannelsAsTheSectionHasThem) {
     ASSERT_TRUE(view_.channel(ZAN_BARO));
     const view::Channel baro = *view_.channel(ZAN_BARO);

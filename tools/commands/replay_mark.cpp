@@ -4,26 +4,13 @@
 #include "core/channels/section_access.hpp"
 
 #include <algorithm>
-#include <string_view>
 
 namespace tallowmere::tools {
 namespace {
 
-constexpr std::u16string_view kSign = u"[REPLAY]";
 constexpr std::size_t kLongestName = sizeof(BoatEntry::name) / sizeof(char16_t) - 1;
 
 } // namespace
-
-bool isReplay(const SharedArea* area) {
-    return area != nullptr && readText(area->boats[0].name).starts_with(kSign);
-}
-
-std::u16string ownBoatName(const SharedArea& area) {
-    std::u16string name = readText(area.boats[0].name);
-    if (!name.starts_with(kSign)) return name;
-    name.erase(0, kSign.size());
-    return name.starts_with(u' ') ? name.substr(1) : name;
-}
 
 ReplayMark::ReplayMark(SharedArea& area) : area_(area) {
     keep();
@@ -40,7 +27,7 @@ ReplayMark::~ReplayMark() {
 void ReplayMark::keep() {
     if (!marked_.empty() && isReplay(&area_)) return;
     name_ = ownBoatName(area_);
-    marked_ = std::u16string(kSign) + (name_.empty() ? u"" : u" ") + name_;
+    marked_ = std::u16string(kReplaySign) + (name_.empty() ? u"" : u" ") + name_;
     marked_.resize(std::min(marked_.size(), kLongestName));
     writeText(area_.boats[0].name, marked_);
 }

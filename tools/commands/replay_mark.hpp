@@ -1,20 +1,11 @@
-// The sign that what stands in the section is played from a recording.
-//
-// The section has no field for it, so it stands where people look in any program: before the own boat's name.
-// A player that was killed leaves it there, and the next one takes it away when it ends.
+// A player's hold on the replay sign.
 #pragma once
 
-#include "core/channels/shared_area.hpp"
+#include "core/channels/replay_sign.hpp"
 
 #include <string>
 
 namespace tallowmere::tools {
-
-/// True when the own boat's name says so. False without a section.
-[[nodiscard]] bool isReplay(const SharedArea* area);
-
-/// The own boat's name without the sign.
-[[nodiscard]] std::u16string ownBoatName(const SharedArea& area);
 
 /// Sets the sign for as long as this object lives. What another program makes of the name meanwhile stays, but for
 /// the sign.
@@ -26,7 +17,7 @@ class ReplayMark {
     ReplayMark(const ReplayMark&) = delete;
     ReplayMark& operator=(const ReplayMark&) = delete;
 
-    /// Sets the sign again when somebody has given the boat another name.
+    /// Sets the sign again when somebody has given the boat another name, or has taken it away.
     void keep();
 
   private:

@@ -1,6 +1,7 @@
 #include "tools/feed/feed_host.hpp"
 
 #include "core/channels/mob_mark.hpp"
+#include "core/channels/replay_sign.hpp"
 
 #include <array>
 #include <cmath>
@@ -30,7 +31,9 @@ FeedHost::FeedHost(platform::Platform& platform, std::unique_ptr<platform::HostW
       report_(std::move(report)) {
     if (!ready()) return;
     core_.system().setInteger(system_integer::kFixMode, kHostAcceptsFixes);
+    // The window first: a player that still runs sees it and ends.
     if (window_) writeOnce(core_.area()->hostWindow, window_->handle());
+    if (endReplay(core_.values())) report_("a recording was played here (REPLAY); its values have been taken out");
 }
 
 FeedHost::~FeedHost() {

@@ -17,9 +17,10 @@ class FeedHost {
     /// Whether values pass through the user's calibration on their way into the section.
     enum class Values { Calibrated, Raw };
 
-    /// Attaches to the shared section and makes this program the host in it.
+    /// Attaches to the shared section and makes this program the host in it. What a player left there that was
+    /// killed is taken out, and told: the live values to come must not stand under its sign.
     /// window   may be null: then man-overboard calls don't reach this program
-    /// report   gets a line for each man-overboard call; runs inside poll()
+    /// report   gets a line for each man-overboard call, inside poll(), and for a replay that was ended, at once
     /// values   Calibrated also runs the second start-up stage, as every host with a calibration does
     FeedHost(platform::Platform& platform, std::unique_ptr<platform::HostWindow> window, Report report,
              Values values = Values::Calibrated);

@@ -1,6 +1,7 @@
 #include "tools/record/play.hpp"
 
 #include "core/ccore.hpp"
+#include "core/channels/replay_sign.hpp"
 #include "tools/commands/replay_mark.hpp"
 #include "tools/record/damage_notes.hpp"
 #include "tools/record/moment_text.hpp"
@@ -18,6 +19,7 @@ namespace {
 
 constexpr char kEraseLine[] = "\r\x1b[K";
 constexpr std::int64_t kTicksPerMillisecond = kTicksPerSecond / 1000;
+constexpr std::int64_t kLongestPause = 5 * kTicksPerSecond; // that a busy machine makes of 50 ms
 
 struct Range {
     Place from;
@@ -28,8 +30,9 @@ struct Range {
 class Player {
   public:
     Player(const tools::CommandContext& context, const PlayOptions& options, Range range, CCore& core)
-        : context_(context), options_(options), range_(range), mark_(*core.area()), values_(core.values()),
-          clock_(options.speed), damage_(context.err, "play"), told_(context.platform.now()) {}
+        : context_(context), options_(options), range_(range), area_(*core.area()), mark_(area_),
+          values_(core.values()), clock_(options.speed), damage_(context.err, "play"), told_(context.platform.now()),
+          waited_(told_) {}
     ~Player() { values_.clear(); } // before the mark goes
     Player(const Player&) = delete;
     Player& operator=(const Player&) = delete;
@@ -39,21 +42,32 @@ class Player {
         const OpenedReader opened = openRecording(context_.platform, file, context_.stop);
         if (!opened.reader) return complain(file, opened.error);
         started_.reset();
-        while (!context_.stop) {
+        while (!isOver()) {
             const auto item = opened.reader->next();
             if (!item) break;
             take(file, *item);
         }
         settle();
-        if (context_.stop || opened.reader->error().empty()) return true;
+        if (isOver() || opened.reader->error().empty()) return true;
         return complain(file, opened.reader->error() + "; the rest of it is missing");
     }
 
     /// Leaves what came last to be seen before it is taken out.
     void linger() {
-        constexpr std::int64_t milliseconds = 1000;
-        if (played_ != 0 && !context_.stop) pause(context_, milliseconds);
+        constexpr int pieces = 20; // of a second
+        for (int piece = 0; played_ != 0 && piece < pieces && !isOver(); ++piece) {
+            mark_.keep();
+            pause(context_, 1000 / pieces);
+        }
     }
+
+    /// The user asked to end, or a host has come: live values and played ones would be mixed.
+    [[nodiscard]] bool isOver() noexcept {
+        if (!options_.force && readOnce(area_.hostWindow) != 0) yielded_ = true;
+        return yielded_ || context_.stop;
+    }
+    /// It ended for a host.
+    [[nodiscard]] bool yielded() const noexcept { return yielded_; }
 
     void tellCounts() {
         endProgress();
@@ -102,29 +116,33 @@ class Player {
 
     /// What stood there when the part to be played begins, with its age.
     void settle() {
-        if (running_ || !started_) return;
+        if (running_ || !started_ || isOver()) return;
         running_ = true;
-        clock_.begin(start_, context_.platform.now());
+        waited_ = context_.platform.now();
+        clock_.begin(start_, waited_);
         for (const auto& [place, value] : before_)
             if (!range_.to || start_ <= range_.to->in(*started_)) put(value);
         before_.clear();
     }
 
-    /// Until the clock's position is due. False when the user asked to end.
+    /// Until the clock's position is due. False when it is over before.
     bool wait() {
-        for (;;) {
+        while (!isOver()) {
+            mark_.keep(); // a gap in the recording may be long, and its values stand all the while
             const std::int64_t now = context_.platform.now();
+            // The clock was set, or the machine slept: go on from here, neither waiting nor catching up.
+            if (now < waited_ || now - waited_ > kLongestPause) clock_.begin(clock_.position(), now);
+            waited_ = now;
             tellProgress(now);
             const std::int64_t left = clock_.due(now) - now;
-            if (left <= 0) return !context_.stop;
+            if (left <= 0) return true;
             constexpr std::int64_t longest = 50 * kTicksPerMillisecond;
-            if (!pause(context_, (std::min(left, longest) + kTicksPerMillisecond - 1) / kTicksPerMillisecond))
-                return false;
+            pause(context_, (std::min(left, longest) + kTicksPerMillisecond - 1) / kTicksPerMillisecond);
         }
+        return false;
     }
 
     void put(const Value& value) {
-        mark_.keep();
         const bool kept = values_.put(value, clock_.stamp(value.time, context_.platform.now()));
         ++(kept ? played_ : homeless_);
     }
@@ -143,11 +161,13 @@ class Player {
     const tools::CommandContext& context_;
     const PlayOptions& options_;
     Range range_;
+    SharedArea& area_;
     tools::ReplayMark mark_;
     ReplayedValues values_;
     ReplayClock clock_;
     DamageNotes damage_;
     std::int64_t told_;
+    std::int64_t waited_;                 // when the clock was last looked at
     std::optional<std::int64_t> started_; // of the file
     std::int64_t start_ = 0;              // of the session's part that is played
     bool running_ = false;                // beyond that start
@@ -155,6 +175,7 @@ class Player {
     std::uint64_t played_ = 0;
     std::uint64_t homeless_ = 0;
     bool shown_ = false;
+    bool yielded_ = false;
 };
 
 std::optional<Range> rangeOf(const tools::CommandContext& context, const PlayOptions& options) {
@@ -195,16 +216,22 @@ int runPlay(const tools::CommandContext& context, const PlayOptions& options) {
         return tools::exit_code::kSystem;
     }
     if (!mayPlay(context, core, options.force)) return tools::exit_code::kNotFound;
+    if (endReplay(core.values()))
+        context.err << "tallowmere play: a recording was played here (REPLAY); its values have been taken out\n";
     bool whole = true;
     Player player(context, options, *range, core);
-    for (std::uint64_t before = 0; !context.stop; before = player.played()) {
+    for (std::uint64_t before = 0; !player.isOver(); before = player.played()) {
         for (const std::string& file : options.files)
-            if (!context.stop) whole = player.play(file) && whole;
+            if (!player.isOver()) whole = player.play(file) && whole;
         // A round that played nothing would only be repeated for ever.
         if (!options.loop || player.played() == before) break;
     }
     player.linger();
     player.tellCounts();
+    if (player.yielded()) {
+        context.err << "tallowmere play: a host has taken the shared data; the replay gives way to live values\n";
+        return tools::exit_code::kNotFound;
+    }
     return whole ? tools::exit_code::kDone : tools::exit_code::kNotFound;
 }
 

@@ -18,7 +18,8 @@ struct PlayOptions {
     bool progress = false;          // a line on the error stream, redrawn each second
 };
 
-/// Exit codes: 0, 1 (a file can't be read to its end; a host is there), 2 (no such place), 3 (no section).
+/// Ends when a host comes, unless forced. Exit codes: 0, 1 (a file can't be read to its end; a host is there or has
+/// come), 2 (no such place), 3 (no section).
 int runPlay(const tools::CommandContext& context, const PlayOptions& options);
 
 } // namespace tallowmere::recording

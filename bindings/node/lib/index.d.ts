@@ -116,6 +116,8 @@ export class View {
     constructor();
     close(): void;
     section(): Section;
+    /** True while a recording is being played into the section: its values are not live. False without one. */
+    get isReplay(): boolean;
     channel(channel: ChannelLike): Channel;
     findChannel(name: string): Channel | null;
     channels(): Channel[];
@@ -142,6 +144,8 @@ export class UnknownBoatError extends RangeError {}
 
 /** Whether there is a section; asks the system. */
 export function section(): Section;
+/** True while a recording is being played into the section: its values are not live. */
+export function isReplay(): boolean;
 /** The channel with this number or name. */
 export function channel(channel: ChannelLike): Channel;
 /** By short name, else by long name; letters count as written. Null when there is none. */

@@ -25,6 +25,7 @@ exports.channels = () => theView().channels();
 exports.findBoat = (name) => theView().findBoat(name);
 exports.findChannel = (name) => theView().findChannel(name);
 exports.get = (channel, boat) => theView().get(channel, boat);
+exports.isReplay = () => theView().isReplay;
 exports.mob = () => theView().mob();
 exports.nameUserChannel = nameUserChannel;
 exports.read = (channel, boat) => theView().read(channel, boat);

@@ -9,6 +9,7 @@ const VIEW_FUNCTIONS = [
     'void tlm_view_close(void *view)',
     'int32_t tlm_view_refresh(void *view)',
     'int32_t tlm_view_refresh_now(void *view)',
+    'int32_t tlm_view_is_replay(void *view)',
     'int32_t tlm_view_get_channel(void *view, uint16_t channel, void *info)',
     'uint16_t tlm_view_find_channel(void *view, const char *name)',
     'uint16_t tlm_view_boat_count(void *view)',

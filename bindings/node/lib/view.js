@@ -167,6 +167,10 @@ class View {
         return SECTIONS[this.#library.tlm_view_refresh_now(this.#handle)];
     }
 
+    get isReplay() {
+        return this.#call('tlm_view_is_replay') !== 0;
+    }
+
     channel(channel) {
         return new Channel(this, this.#channelNumber(channel));
     }

@@ -59,6 +59,7 @@ __all__ = [
     "find_boat",
     "find_channel",
     "get",
+    "is_replay",
     "mob",
     "name_user_channel",
     "read",
@@ -88,6 +89,11 @@ def _default() -> View:
 def section() -> Section:
     """Whether there is a section; asks the system."""
     return _default().section()
+
+
+def is_replay() -> bool:
+    """True while a recording is being played into the section: its values are not live."""
+    return _default().is_replay
 
 
 def channel(channel: ChannelLike) -> Channel:

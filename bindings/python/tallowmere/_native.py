@@ -95,6 +95,7 @@ _VIEW_FUNCTIONS = {
     "tlm_view_refresh": (c_int32, [c_void_p]),
     "tlm_view_refresh_now": (c_int32, [c_void_p]),
     "tlm_view_generation": (c_uint32, [c_void_p]),
+    "tlm_view_is_replay": (c_int32, [c_void_p]),
     "tlm_view_get_channel": (c_int32, [c_void_p, c_uint16, POINTER(Channel)]),
     "tlm_view_find_channel": (c_uint16, [c_void_p, c_char_p]),
     "tlm_view_source": (c_uint16, [c_void_p, c_uint16]),

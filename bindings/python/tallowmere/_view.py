@@ -321,6 +321,13 @@ class View:
         with self._lock:
             return Section(self._library.tlm_view_refresh_now(self._handle))
 
+    @property
+    def is_replay(self) -> bool:
+        """True while a recording is being played into the section: its values are not live. False without one."""
+        with self._lock:
+            self._refresh()
+            return self._library.tlm_view_is_replay(self._handle) != 0
+
     def channel(self, channel: ChannelLike) -> Channel:
         return Channel(self, self._channel_number(channel))
 

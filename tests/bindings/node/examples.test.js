@@ -56,6 +56,17 @@ describe('shallow alarm', () => {
         assert.match(alarm().stdout, /^STALE: the last depth, 12\.0 m, is 10\d\d s old\n$/);
     });
 
+    test('never takes a depth that is played for a safe one', () => {
+        t.set('Depth', 12);
+        const file = fs.openSync(path.join(folder, 'ZanCore_363_253336'), 'r+');
+        const name = (text) => fs.writeSync(file, Buffer.from(`${text}\0`, 'utf16le'), 0, undefined, 51092 + 6);
+        name('[REPLAY]');
+        assert.equal(alarm().stdout, 'REPLAY, not the depth here: depth 12.0 m\n');
+        name('Falcon');
+        fs.closeSync(file);
+        assert.equal(alarm().stdout, 'depth 12.0 m\n');
+    });
+
     test('says what is wrong', () => {
         for (const parameters of [['--limit', '0'], ['--limit', 'x'], ['--interval=-1'], ['--interval', 'Infinity'], ['--unknown']]) {
             const done = alarm(...parameters);

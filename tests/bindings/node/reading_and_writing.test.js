@@ -167,6 +167,19 @@ describe('names', () => {
     });
 });
 
+test('a replay is told by the name of the own boat', () => {
+    t.set('BSP', 1);
+    assert.equal(t.isReplay(), false);
+    const view = new t.View();
+    putBoatName(0, '[REPLAY] Falcon');
+    assert.equal(t.isReplay(), true);
+    assert.equal(view.isReplay, true);
+    putBoatName(0, '');
+    assert.equal(view.isReplay, false);
+    view.close();
+    assert.equal(view.isReplay, false);
+});
+
 describe('system values', () => {
     test('are those of the section', () => {
         assert.equal(t.set('BSP', 1), true);

@@ -16,8 +16,9 @@ export async function use(): Promise<void> {
         void time;
     }
     const view = new t.View();
+    const played: boolean = view.isReplay || t.isReplay();
     view.close();
-    void [speed, reading, done, one, red, t.mob()?.latitude];
+    void [played, speed, reading, done, one, red, t.mob()?.latitude];
 
     // @ts-expect-error: a value may be missing
     const surely: number = t.get('BSP');

@@ -26,7 +26,7 @@ assert t.get('BSP') is None and t.read('BSP').freshness is t.Freshness.NONE
 assert t.channel('BSP').unit == 'kt' and t.boats() == [] and t.mob() is None
 assert t.system_variable(0) is None and t.system_integer(6) is None and t.system_flag(0) is None
 assert [row['BSP'] for row in t.samples(['BSP'], 0, 2)] == [None, None]
-assert not t.read_group(['BSP']).is_of_one_moment
+assert not t.read_group(['BSP']).is_of_one_moment and not t.is_replay()
 assert os.listdir(os.environ['XDG_RUNTIME_DIR']) == []
 """
         )

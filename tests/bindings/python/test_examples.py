@@ -9,7 +9,7 @@ from pathlib import Path
 from typing import List
 
 import tallowmere
-from support import ROOT, Case, make_older, run_program
+from support import ROOT, Case, make_older, put_boat_name, run_program
 
 LOGGER = [sys.executable, str(ROOT / "examples/csv_logger.py")]
 BUILT = Path(os.environ["TALLOWMERE_EXAMPLES"])
@@ -25,8 +25,8 @@ class CsvLogger(Case):
         tallowmere.set("BSP", 6.4)
         tallowmere.set("TWA", None)
         header, *rows = self.log("BSP", "TWA", "--count", "2", "--interval", "0.01")
-        self.assertEqual(header, ["time", "BSP", "TWA"])
-        self.assertEqual([row[1:] for row in rows], [["6.4", ""]] * 2)
+        self.assertEqual(header, ["time", "BSP", "TWA", "replay"])
+        self.assertEqual([row[1:] for row in rows], [["6.4", "", ""]] * 2)
         for row in rows:
             self.assertRegex(row[0], r"^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z$")
 
@@ -34,9 +34,15 @@ class CsvLogger(Case):
         tallowmere.set("BSP", 6.4)
         make_older(tallowmere.ChannelId.BSP, 12)
         header, row = self.log("BSP", "--count", "1", "--ages")
-        self.assertEqual(header, ["time", "BSP", "BSP age"])
+        self.assertEqual(header, ["time", "BSP", "BSP age", "replay"])
         self.assertEqual(row[1], "")
         self.assertGreaterEqual(float(row[2]), 12)
+
+    def test_marks_what_is_played(self) -> None:
+        tallowmere.set("BSP", 6.4)
+        put_boat_name(0, "[REPLAY] Falcon")
+        self.addCleanup(put_boat_name, 0, "Falcon")
+        self.assertEqual(self.log("BSP", "--count", "1")[1][1:], ["6.4", "replay"])
 
     def test_reads_other_boats(self) -> None:
         tallowmere.set("BSP", 5.5, 7)

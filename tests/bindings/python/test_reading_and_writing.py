@@ -196,6 +196,20 @@ class Names(Case):
         self.assertFalse(tallowmere.boat(99).is_in_use)
 
 
+class Replay(Case):
+    def test_is_told_by_the_own_boats_name(self) -> None:
+        self.assertEqual(tallowmere.set("BSP", 1), True)
+        self.assertIs(tallowmere.is_replay(), False)
+        self.addCleanup(put_boat_name, 0, "")
+        with tallowmere.View() as view:
+            put_boat_name(0, "[REPLAY] Falcon")
+            self.assertIs(tallowmere.is_replay(), True)
+            self.assertIs(view.is_replay, True)
+            put_boat_name(0, "Falcon")
+            self.assertIs(view.is_replay, False)
+        self.assertIs(view.is_replay, False, "closed")
+
+
 class SystemValues(Case):
     def test_are_those_of_the_section(self) -> None:
         self.assertEqual(tallowmere.set("BSP", 1), True)

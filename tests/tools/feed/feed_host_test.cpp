@@ -1,4 +1,5 @@
 #include "core/channels/mob_mark.hpp"
+#include "core/channels/replay_sign.hpp"
 #include "settings/reg_ex.hpp"
 #include "tests/support/memory_platform.hpp"
 #include "tools/feed/feed.hpp"
@@ -141,6 +142,35 @@ TEST_F(Host, WithoutAWindowItFeedsAllTheSame) {
     host.poll();
     EXPECT_EQ(host.core().area()->hostWindow, 0U);
     EXPECT_TRUE(host.sink().write(ZAN_BSP, 6.4, 0));
+}
+
+TEST_F(Host, WhatAKilledPlayerLeftIsTakenOutAndTold) {
+    CCore other(platform, false);
+    other.values().storeDouble(ZAN_BSP, 6.4, 0);
+    other.values().storeDouble(ZAN_TMTOGUN, 0.5, 0);
+    other.values().storeDouble(ZAN_SAIL, 3, 1);
+    other.values().storeDouble(ZAN_SOG, 5.0, 99);
+    writeText(other.area()->boats[0].name, u"[REPLAY] Falcon");
+    const Record untouched = loadRecord(other.area()->fullBlocks[1].current[ZAN_BSP]); // boat 1 begins as zeros
+    const auto host = makeHost();
+    EXPECT_EQ(readText(other.area()->boats[0].name), u"Falcon");
+    for (const auto& [channel, boat] :
+         {std::pair(ZAN_BSP, 0), std::pair(ZAN_TMTOGUN, 0), std::pair(ZAN_SAIL, 1), std::pair(ZAN_SOG, 99)})
+        EXPECT_FALSE(other.values().fetch(static_cast<ChannelIndex>(channel), static_cast<BoatIndex>(boat)).holdsValue)
+            << channel;
+    EXPECT_EQ(loadRecord(other.area()->fullBlocks[1].current[ZAN_BSP]), untouched);
+    EXPECT_NE(other.values().fetch(ZAN_TIME, 0).record.ticks(), kNoTime) << "the clock goes on";
+    EXPECT_THAT(told, ElementsAre(testing::HasSubstr("REPLAY")));
+}
+
+TEST_F(Host, LiveValuesAndTheBoatsNameStay) {
+    CCore other(platform, false);
+    other.values().storeDouble(ZAN_BSP, 6.4, 0);
+    writeText(other.area()->boats[0].name, u"Falcon [REPLAY]");
+    const auto host = makeHost();
+    EXPECT_TRUE(other.values().fetch(ZAN_BSP, 0).holdsValue);
+    EXPECT_EQ(readText(other.area()->boats[0].name), u"Falcon [REPLAY]");
+    EXPECT_THAT(told, IsEmpty());
 }
 
 TEST_F(Host, WithoutASectionItIsNotReady) {

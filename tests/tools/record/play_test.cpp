@@ -1,6 +1,8 @@
 #include "tests/tools/record/recording_fixture.hpp"
 
+#include "core/channels/replay_sign.hpp"
 #include "core/channels/system_values.hpp"
+#include "tools/feed/feed_host.hpp"
 #include "tools/record/recorder.hpp"
 
 #include <gmock/gmock.h>
@@ -129,6 +131,26 @@ TEST_F(Play, AnHourWithoutARowIsNotWaitedFor) {
     EXPECT_LT(machine.now - began, 10 * kSecond);
 }
 
+TEST_F(Play, GoesOnWhereItWasWhenTheClockIsSet) {
+    for (const std::int64_t step : {-3600 * kSecond, 3600 * kSecond}) {
+        writeFile("a.csv", kHeader + kStart + row("00", ZAN_BSP, "1") + row("04", ZAN_BSP, "2") +
+                               row("06", ZAN_BSP, "3") + row("07", ZAN_AWA, "1"));
+        int sleeps = 0;
+        std::vector<double> seen;
+        static_cast<void>(area());
+        whileAsleep = [&] {
+            if (++sleeps == 20) machine.now += step; // after a second
+            const double value = recordOf(ZAN_BSP).number();
+            if (recordOf(ZAN_BSP).holdsNumber() && (seen.empty() || seen.back() != value)) seen.push_back(value);
+        };
+        EXPECT_EQ(run({"play", path("a.csv")}).code, 0);
+        whileAsleep = nullptr;
+        EXPECT_THAT(seen, ElementsAre(1.0, 2.0, 3.0));
+        EXPECT_GE(sleeps, 80) << "the rest is neither skipped";
+        EXPECT_LE(sleeps, 200) << "nor waited for by an hour";
+    }
+}
+
 TEST_F(Play, ValuesGoInAsTheyWereWithoutCalibrationRangeOrDerivedValues) {
     writeOnce(area().settings[ZAN_AWA].calibrate, 1);
     holder().system().setFlag(system_flag::kCorrectMastAngle, 1);
@@ -175,6 +197,7 @@ TEST_F(Play, SaysReplayWhileItPlaysAndNoLonger) {
     whileAsleep = [&] {
         if (std::exchange(seen, true)) return;
         EXPECT_EQ(readText(area().boats[0].name), u"[REPLAY] Falcon");
+        EXPECT_THAT(run({"list", "--boats"}).out, HasSubstr("[REPLAY] Falcon"));
         EXPECT_THAT(run({"status"}).out, HasSubstr("REPLAY"));
         EXPECT_THAT(run({"watch", "BSP", "--count", "1"}).out, HasSubstr("\treplay\n"));
         EXPECT_THAT(run({"get", "BSP"}).err, HasSubstr("REPLAY"));
@@ -204,6 +227,63 @@ TEST_F(Play, ASignThatAKilledPlayerLeftIsTakenAway) {
     writeText(area().boats[0].name, u"[REPLAY] Falcon");
     writeFile("a.csv", kHeader + kStart + row("00", ZAN_BSP, "6.4"));
     EXPECT_EQ(run({"play", path("a.csv")}).code, 0);
+    EXPECT_EQ(readText(area().boats[0].name), u"Falcon");
+}
+
+TEST_F(Play, WhatAKilledPlayerLeftIsTakenOutBeforeTheNextPlays) {
+    store(ZAN_BSP, 5.0);
+    store(ZAN_SOG, 5.0, 7);
+    store(ZAN_STBD_LAT, 50.0); // never stale
+    writeText(area().boats[0].name, u"[REPLAY]");
+    writeFile("a.csv", kHeader + kStart + row("00", ZAN_AWA, "30") + row("01", ZAN_AWA, "31"));
+    bool seen = false;
+    whileAsleep = [&] {
+        if (std::exchange(seen, true)) return;
+        EXPECT_FALSE(recordOf(ZAN_BSP).holdsNumber());
+        EXPECT_FALSE(recordOf(ZAN_SOG, 7).holdsNumber());
+        EXPECT_FALSE(recordOf(ZAN_STBD_LAT).holdsNumber());
+        EXPECT_EQ(recordOf(ZAN_AWA).number(), 30.0);
+        EXPECT_TRUE(isReplay(&area()));
+    };
+    const CommandRun result = run({"play", path("a.csv")});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_TRUE(seen);
+    EXPECT_THAT(result.err, HasSubstr("a recording was played here"));
+    EXPECT_FALSE(isReplay(&area()));
+}
+
+TEST_F(Play, GivesWayToAHostThatComes) {
+    writeText(area().boats[0].name, u"Falcon");
+    writeFile("a.csv",
+              kHeader + kStart + row("00", ZAN_BSP, "6.4") + row("00", ZAN_AWA, "30") + row("50", ZAN_BSP, "6.5"));
+    const std::int64_t began = machine.now;
+    std::unique_ptr<feed::FeedHost> host;
+    int sleeps = 0;
+    whileAsleep = [&] {
+        if (++sleeps != 10) return;
+        host = std::make_unique<feed::FeedHost>(platform, machine.makeWindow(), [](std::string_view) {});
+        host->sink().write(ZAN_BSP, 7.7, 0);
+    };
+    const CommandRun result = run({"play", path("a.csv")});
+    whileAsleep = nullptr;
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.err, HasSubstr("gives way to live values"));
+    EXPECT_LT(machine.now - began, 2 * kSecond);
+    EXPECT_EQ(readText(area().boats[0].name), u"Falcon");
+    EXPECT_EQ(recordOf(ZAN_BSP).number(), 7.7) << "live";
+    EXPECT_FALSE(recordOf(ZAN_AWA).holdsNumber()) << "played";
+}
+
+TEST_F(Play, ForcedBesideAHostItsSignStaysWhileItPlays) {
+    const auto host = std::make_unique<feed::FeedHost>(platform, machine.makeWindow(), [](std::string_view) {});
+    writeFile("a.csv", kHeader + kStart + row("00", ZAN_BSP, "6.4") + row("02", ZAN_BSP, "6.5"));
+    int sleeps = 0;
+    whileAsleep = [&] {
+        if (++sleeps == 10) writeText(area().boats[0].name, u"Falcon"); // no row comes for a while
+        EXPECT_EQ(isReplay(&area()), sleeps != 10) << sleeps;
+    };
+    EXPECT_EQ(run({"play", path("a.csv"), "--force"}).code, 0);
+    EXPECT_GT(sleeps, 20);
     EXPECT_EQ(readText(area().boats[0].name), u"Falcon");
 }
 

@@ -22,6 +22,7 @@ function readsWhatItWrites() {
     assert.ok(reading.age >= 0);
     assert.ok(Math.abs(reading.stamp - Date.now()) < 60000);
     assert.equal(t.section(), 'attached');
+    assert.equal(t.isReplay(), false);
     for (const value of [-0, 0.1, Number.MIN_VALUE, -Infinity, NaN]) {
         t.set('BSP', value);
         assert.ok(Object.is(t.get('BSP'), value));

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <sstream>
 #include <utility>
 
 namespace tallowmere::tools {
@@ -122,6 +123,15 @@ std::optional<std::vector<ChannelIndex>> findAll(const ChannelFinder& finder, co
             errors += found.error + "\n";
     }
     if (!errors.empty()) return std::nullopt;
+    return channels;
+}
+
+std::optional<std::vector<ChannelIndex>> findOrTell(const SharedArea* area, const std::vector<std::string>& texts,
+                                                    std::ostream& err, std::string_view speaker) {
+    std::string errors;
+    auto channels = findAll(ChannelFinder(area), texts, errors);
+    std::istringstream lines(errors);
+    for (std::string line; std::getline(lines, line);) err << speaker << ": " << line << '\n';
     return channels;
 }
 

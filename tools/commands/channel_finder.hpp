@@ -4,6 +4,7 @@
 #include "core/channels/channel_lookup.hpp"
 
 #include <optional>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -42,5 +43,9 @@ class ChannelFinder {
 /// such one.
 [[nodiscard]] std::optional<std::vector<ChannelIndex>>
 findAll(const ChannelFinder& finder, const std::vector<std::string>& texts, std::string& errors);
+
+/// The same with the errors on a stream, each on a line that begins with `speaker` ("tallowmere").
+[[nodiscard]] std::optional<std::vector<ChannelIndex>>
+findOrTell(const SharedArea* area, const std::vector<std::string>& texts, std::ostream& err, std::string_view speaker);
 
 } // namespace tallowmere::tools

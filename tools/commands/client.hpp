@@ -1,12 +1,8 @@
-// What get, set and watch have in common: they take part as any program does.
+// What set has of a client: it takes part as any program does.
 #pragma once
 
 #include "core/ccore.hpp"
 #include "tools/commands/command_context.hpp"
-
-#include <optional>
-#include <string>
-#include <vector>
 
 namespace tallowmere::tools {
 
@@ -19,8 +15,6 @@ class Client {
     [[nodiscard]] bool isConnected() const;
     /// Says on the error stream that nobody else is there, when that is so.
     void warnWhenAlone() const;
-    /// The channels that the user named. Empty when one is not found, with the reasons on the error stream.
-    [[nodiscard]] std::optional<std::vector<ChannelIndex>> find(const std::vector<std::string>& names) const;
 
     [[nodiscard]] ValueStore& values() noexcept { return core_.values(); }
     [[nodiscard]] SharedArea* area() const noexcept { return core_.area(); }

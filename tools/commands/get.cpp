@@ -1,9 +1,11 @@
 #include "tools/commands/get.hpp"
 
-#include "tools/commands/client.hpp"
+#include "core/channels/replay_sign.hpp"
+#include "tools/commands/channel_finder.hpp"
 #include "tools/commands/json_output.hpp"
+#include "tools/commands/no_section.hpp"
 #include "tools/commands/reading_table.hpp"
-#include "tools/commands/replay_mark.hpp"
+#include "view/section_reader.hpp"
 
 #include <nlohmann/json.hpp>
 
@@ -19,18 +21,18 @@ Json answer(const std::vector<Reading>& readings, BoatIndex boat, std::int64_t n
 } // namespace
 
 int runGet(const CommandContext& context, const GetOptions& options) {
-    Client client(context);
-    if (!client.isConnected()) return exit_code::kSystem;
-    const auto channels = client.find(options.channels);
+    const SectionReader section(context.platform);
+    const SharedArea* const area = section.area();
+    const auto channels = findOrTell(area, options.channels, context.err, "tallowmere");
     if (!channels) return exit_code::kNotFound;
-    client.warnWhenAlone();
-    if (isReplay(client.area()))
-        context.err << "tallowmere: a recording is being played (REPLAY); these values are not live\n";
-
+    if (area == nullptr) return tellNoSection(context);
     const std::int64_t now = context.platform.now();
-    const auto readings = readAll(client.area(), *channels, options.boat, now);
+    bool replay = isReplay(area);
+    const auto readings = readAll(area, *channels, options.boat, now);
+    replay = replay || isReplay(area); // it may have begun meanwhile
+    if (replay) context.err << "tallowmere: a recording is being played (REPLAY); these values are not live\n";
     if (options.json)
-        writeJson(context.out, answer(readings, options.boat, now, isReplay(client.area())));
+        writeJson(context.out, answer(readings, options.boat, now, replay));
     else
         context.out << readingTable(readings, false).text();
     return exit_code::kDone;

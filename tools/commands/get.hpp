@@ -16,7 +16,7 @@ struct GetOptions {
 };
 
 /// A line for each channel: name, value, unit, age. No value is an answer too: "-". As JSON one
-/// object with all of them.
+/// object with all of them. Only looks: without shared data it says so, and the exit code is 1.
 int runGet(const CommandContext& context, const GetOptions& options);
 
 } // namespace tallowmere::tools

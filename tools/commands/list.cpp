@@ -4,6 +4,7 @@
 #include "core/channels/system_values.hpp"
 #include "tools/commands/format.hpp"
 #include "tools/commands/json_output.hpp"
+#include "tools/commands/no_section.hpp"
 #include "tools/commands/system_names.hpp"
 #include "tools/commands/table.hpp"
 #include "tools/commands/text.hpp"
@@ -141,11 +142,7 @@ Json jsonOf(const SharedArea& area, ListOf what) {
 int runList(const CommandContext& context, ListOf what, bool json) {
     const SectionReader section(context.platform);
     const SharedArea* const area = section.area();
-    if (what != ListOf::Channels && area == nullptr) {
-        context.err << "tallowmere: there is no shared data; it is there while a program that uses it runs, "
-                       "for example \"tallowmere feed\"\n";
-        return exit_code::kNotFound;
-    }
+    if (what != ListOf::Channels && area == nullptr) return tellNoSection(context);
     if (json)
         writeJson(context.out, what == ListOf::Channels ? channelsJson(area) : jsonOf(*area, what));
     else if (what == ListOf::Channels)

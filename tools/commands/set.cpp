@@ -2,6 +2,7 @@
 
 #include "core/channels/channel_lookup.hpp"
 #include "core/channels/system_values.hpp"
+#include "tools/commands/channel_finder.hpp"
 #include "tools/commands/client.hpp"
 #include "tools/commands/json_output.hpp"
 #include "tools/commands/reading_table.hpp"
@@ -60,7 +61,7 @@ int runSet(const CommandContext& context, const SetOptions& options) {
     }
     Client client(context);
     if (!client.isConnected()) return exit_code::kSystem;
-    const auto channels = client.find({options.channel});
+    const auto channels = findOrTell(client.area(), {options.channel}, context.err, "tallowmere");
     if (!channels) return exit_code::kNotFound;
     const ChannelIndex channel = channels->front();
     const std::string name = nameOf(client.area(), channel);

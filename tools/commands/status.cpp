@@ -1,9 +1,9 @@
 #include "tools/commands/status.hpp"
 
+#include "core/channels/replay_sign.hpp"
 #include "core/channels/section_name.hpp"
 #include "tools/commands/json_output.hpp"
 #include "tools/commands/reading.hpp"
-#include "tools/commands/replay_mark.hpp"
 #include "tools/commands/text.hpp"
 #include "view/section_reader.hpp"
 

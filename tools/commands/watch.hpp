@@ -24,7 +24,8 @@ struct WatchOptions {
 /// On a terminal a table that is drawn anew in place each interval. Otherwise one line for each channel at
 /// the first round and, at each later one, a line for each whose text or staleness has changed: time of
 /// reading, channel, value, unit, age in seconds, "stale" or nothing, separated by tabs. While a recording is being
-/// played the title says so, and the last field begins with "replay".
+/// played the title says so, and the last field begins with "replay". Only looks: waits for shared data, and goes on
+/// when they come and go. The exit code is 1 when there were none all the time.
 int runWatch(const CommandContext& context, const WatchOptions& options);
 
 } // namespace tallowmere::tools

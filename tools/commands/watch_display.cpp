@@ -1,8 +1,8 @@
 #include "tools/commands/watch_display.hpp"
 
+#include "core/channels/replay_sign.hpp"
 #include "tools/commands/format.hpp"
 #include "tools/commands/json_output.hpp"
-#include "tools/commands/replay_mark.hpp"
 #include "tools/commands/text.hpp"
 
 #include <nlohmann/json.hpp>
@@ -65,7 +65,7 @@ std::vector<std::string> LiveTable::styledLines(const WatchRound& round, std::si
     const auto add = [&](const char* style, const std::string& text) {
         styled.push_back(style + std::string(cutToWidth(text, columns)) + kPlain);
     };
-    add(kBold, round.title + "  " + formatMoment(round.now));
+    add(kBold, round.title + "  " + formatMoment(round.now) + (round.section ? "" : "  no shared data; waiting"));
     const std::vector<std::string> lines = readingTable(round.readings, true).lines();
     for (std::size_t i = 0; i < lines.size(); ++i) {
         const bool aged = i > 0 && !isLive(round.readings[i - 1].freshness);
@@ -76,6 +76,7 @@ std::vector<std::string> LiveTable::styledLines(const WatchRound& round, std::si
 
 void ChangeLines::show(const WatchRound& round) {
     const bool first = shown_.empty();
+    if (first && !round.section) return;
     shown_.resize(round.readings.size());
     for (std::size_t i = 0; i < round.readings.size(); ++i) {
         const Reading& reading = round.readings[i];
@@ -93,6 +94,7 @@ void ChangeLines::show(const WatchRound& round) {
 
 void JsonLines::show(const WatchRound& round) {
     const bool first = shown_.empty();
+    if (first && !round.section) return;
     for (std::size_t i = 0; i < round.readings.size(); ++i) {
         if (!first && tellsTheSame(round.readings[i], shown_[i])) continue;
         if (first && round.values && round.readings[i].freshness == Freshness::None) continue;

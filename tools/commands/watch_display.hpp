@@ -17,6 +17,7 @@ struct WatchRound {
     std::vector<Reading> readings;
     bool replay = false; // played from a recording, not live
     bool values = false; // at first only channels that hold a value are of interest
+    bool section = true; // there is shared data
 };
 
 class WatchDisplay {
@@ -46,7 +47,7 @@ class LiveTable final : public WatchDisplay {
     std::vector<std::string> lastLines_;
 };
 
-/// Lines for other programs: what has changed since the round before.
+/// Lines for other programs: what has changed since the round before. Nothing before there is shared data.
 class ChangeLines final : public WatchDisplay {
   public:
     explicit ChangeLines(std::ostream& out) : out_(out) {}
@@ -57,7 +58,8 @@ class ChangeLines final : public WatchDisplay {
     std::vector<std::string> shown_; // by position in the round
 };
 
-/// Lines of JSON for other programs: a value that is there or has changed, in itself, its state or its source.
+/// Lines of JSON for other programs: a value that is there or has changed, in itself, its state or its source. Nothing
+/// before there is shared data.
 class JsonLines final : public WatchDisplay {
   public:
     JsonLines(std::ostream& out, BoatIndex boat) : out_(out), boat_(boat) {}

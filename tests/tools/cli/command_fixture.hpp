@@ -39,6 +39,8 @@ class CommandTest : public ::testing::Test {
         if (!holder_) holder_.emplace(platform, false);
         return *holder_;
     }
+    /// That program ends.
+    void letGo() { holder_.reset(); }
     SharedArea& area() { return *holder().area(); }
     void store(ChannelIndex channel, double value, BoatIndex boat = 0) {
         ValueStore& values = holder().values();

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace tallowmere::test {
@@ -10,6 +11,7 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 
 class Get : public CommandTest {};
 
@@ -104,11 +106,25 @@ TEST_F(Get, ReadsDerivedValuesDespiteTheirHeaders) {
     EXPECT_THAT(run({"get", "ROT"}).out, HasSubstr("5.0"));
 }
 
-TEST_F(Get, AloneMakesTheSectionAndSaysSo) {
-    const CommandRun result = run({"get", "BSP"});
-    EXPECT_EQ(result.code, 0);
-    EXPECT_THAT(result.err, HasSubstr("no other program"));
-    EXPECT_FALSE(sectionExists());
+TEST_F(Get, WithoutSharedDataSaysSoAndMakesNone) {
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"get", "BSP"}, std::vector<std::string>{"get", "BSP", "--json"}}) {
+        machine.trace.clear();
+        const CommandRun result = run(arguments);
+        EXPECT_EQ(result.code, 1);
+        EXPECT_THAT(result.out, IsEmpty());
+        EXPECT_THAT(result.err, HasSubstr("there is no shared data"));
+        EXPECT_THAT(machine.trace, Not(::testing::Contains("OpenSettings"))) << "a section that is made is filled";
+    }
+}
+
+TEST_F(Get, OnlyLooks) {
+    store(ZAN_BSP, 6.4);
+    passSeconds(2);
+    const std::vector<unsigned char> before(reinterpret_cast<unsigned char*>(&area()),
+                                            reinterpret_cast<unsigned char*>(&area() + 1));
+    (void)run({"get", "BSP", "0"});
+    EXPECT_EQ(std::memcmp(before.data(), &area(), sizeof(SharedArea)), 0) << "not even the clock was stamped";
 }
 
 TEST_F(Get, UnknownChannelIsNotFound) {
@@ -117,14 +133,6 @@ TEST_F(Get, UnknownChannelIsNotFound) {
     EXPECT_THAT(result.out, IsEmpty());
     EXPECT_THAT(result.err, HasSubstr("\"Bspp\""));
     EXPECT_THAT(result.err, HasSubstr("999"));
-}
-
-TEST_F(Get, WithoutASectionFails) {
-    machine.failAlways(Step::CreateSection);
-    const CommandRun result = run({"get", "BSP"});
-    EXPECT_EQ(result.code, 3);
-    EXPECT_THAT(result.out, IsEmpty());
-    EXPECT_THAT(result.err, HasSubstr("shared data"));
 }
 
 TEST_F(Get, ChannelNamedLikeACommandIsAChannel) {

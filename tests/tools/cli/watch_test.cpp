@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
 #include <numeric>
 
@@ -81,11 +82,63 @@ TEST_F(Watch, EndsSoonWhenAskedTo) {
     EXPECT_LE(*std::max_element(machine.sleeps.begin(), machine.sleeps.end()), 100U);
 }
 
-TEST_F(Watch, HoldsTheSectionWhileItRuns) {
-    bool held = false;
-    meanwhile = [&](int) { held = sectionExists(); };
-    (void)run({"watch", "--count", "2"});
-    EXPECT_TRUE(held);
+TEST_F(Watch, OnlyLooks) {
+    store(ZAN_BSP, 6.4);
+    passSeconds(2);
+    const std::vector<unsigned char> before(reinterpret_cast<unsigned char*>(&area()),
+                                            reinterpret_cast<unsigned char*>(&area() + 1));
+    EXPECT_EQ(run({"watch", "--count", "2"}).code, 0);
+    EXPECT_EQ(std::memcmp(before.data(), &area(), sizeof(SharedArea)), 0) << "not even the clock was stamped";
+}
+
+TEST_F(Watch, TellsThatTheSectionHasGoneAndFindsTheNext) {
+    store(ZAN_BSP, 6.4);
+    meanwhile = [this](int sleep) {
+        if (sleep == 30) letGo();
+        if (sleep == 60) store(ZAN_BSP, 7.5);
+    };
+    EXPECT_EQ(run({"watch", "BSP", "--count", "5"}).out, "2025-11-22T00:00:00.0Z\tBSP\t6.40\tkt\t0.0\t\n"
+                                                         "2025-11-22T00:00:02.0Z\tBSP\t-\tkt\t-\t\n"
+                                                         "2025-11-22T00:00:03.0Z\tBSP\t7.50\tkt\t0.0\t\n");
+}
+
+class WatchAlone : public CommandTest {
+  protected:
+    void SetUp() override {
+        machine.onSleep = [this](unsigned milliseconds) {
+            machine.now += std::int64_t{milliseconds} * 10'000;
+            EXPECT_FALSE(alone && sectionExists());
+        };
+    }
+    bool alone = true;
+};
+
+TEST_F(WatchAlone, SaysSoAndItsExitCodeToo) {
+    for (const char* count : {"1", "3"}) {
+        const CommandRun result = run({"watch", "BSP", "--count", count});
+        EXPECT_EQ(result.code, 1);
+        EXPECT_THAT(result.out, IsEmpty());
+        EXPECT_THAT(result.err, HasSubstr("there is no shared data"));
+        EXPECT_EQ(run({"watch", "BSP", "--json", "--count", count}).out, "");
+    }
+    terminal = true;
+    const CommandRun result = run({"watch", "BSP", "--count", "2"});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.out, HasSubstr("no shared data; waiting"));
+    EXPECT_THAT(result.err, HasSubstr("there is no shared data"));
+}
+
+TEST_F(WatchAlone, WaitsForTheSection) {
+    alone = false;
+    int sleeps = 0;
+    machine.onSleep = [&](unsigned milliseconds) {
+        machine.now += std::int64_t{milliseconds} * 10'000;
+        if (++sleeps == 30) store(ZAN_BSP, 6.4);
+    };
+    const CommandRun result = run({"watch", "BSP", "--count", "4"});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_THAT(result.err, HasSubstr("; waiting"));
+    EXPECT_EQ(result.out, "2025-11-22T00:00:02.0Z\tBSP\t6.40\tkt\t0.5\t\n");
 }
 
 TEST_F(Watch, TerminalTableIsDrawnOverItself) {
@@ -152,11 +205,6 @@ TEST_F(Watch, UnknownChannelIsNotFound) {
     const CommandRun result = run({"watch", "Bspp"});
     EXPECT_EQ(result.code, 1);
     EXPECT_THAT(result.out, IsEmpty());
-}
-
-TEST_F(Watch, WithoutASectionFails) {
-    CommandTest::machine.failAlways(Step::CreateSection);
-    EXPECT_EQ(run({"watch"}).code, 3);
 }
 
 TEST_F(Watch, AbsurdIntervalsAreWrongUsage) {

@@ -124,17 +124,17 @@ def main():
         for name in ("XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_DATA_HOME"):
             os.environ[name] = folder
         os.environ["TERM"] = "xterm-256color"
-        holder = subprocess.Popen([PROGRAM, "watch", "BSP", "--json"], stdout=subprocess.PIPE)
+        holder = subprocess.Popen([PROGRAM, "feed", "-"], stdin=subprocess.PIPE, stderr=subprocess.DEVNULL)
         try:
-            holder.stdout.readline()
+            while subprocess.run([PROGRAM, "status"], stdout=subprocess.DEVNULL).returncode != 0:
+                time.sleep(0.05)
             subprocess.run([PROGRAM, "set", "BSP", "6.4"], check=True, stdout=subprocess.DEVNULL)
             keys_and_sizes()
             signals()
             sudden_end()
             no_stopping()
         finally:
-            holder.terminate()
-            holder.wait()
+            holder.communicate(b"")
 
 
 main()

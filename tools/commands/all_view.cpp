@@ -17,20 +17,6 @@ constexpr std::size_t kHeadRows = 2; // title, names of the columns
 constexpr std::size_t kFootRows = 1;
 constexpr std::size_t kLongestSearch = 32;
 
-const char* stateText(Freshness freshness) noexcept {
-    switch (freshness) {
-    case Freshness::Fresh:
-        return "fresh";
-    case Freshness::Stale:
-        return "stale";
-    case Freshness::Timeless: // never goes stale
-        return "fresh";
-    case Freshness::None:
-        break;
-    }
-    return "-";
-}
-
 std::string rateText(const WriteRate& rate) {
     if (!rate.known) return kNoValueText;
     std::array<char, 32> text;
@@ -38,18 +24,77 @@ std::string rateText(const WriteRate& rate) {
     return text.data();
 }
 
-Table tableOf(const std::vector<const AllRow*>& rows) {
-    using enum Table::Align;
-    Table table({Right, Left, Right, Left, Right, Left, Left, Right, Left});
-    table.add({"No.", "Channel", "Value", "Unit", "Age", "State", "Source", "Writes/s", ""});
-    for (const AllRow* row : rows) {
-        const Reading& reading = row->reading;
-        table.add({std::to_string(reading.channel), reading.channelName, reading.value, reading.unit,
-                   formatAge(reading.age), stateText(reading.freshness),
-                   reading.source == reading.channel ? "" : reading.sourceName, rateText(row->rate),
-                   row->rate.twoLevels ? "2 levels" : ""});
+enum class Column : std::uint8_t { Number, Name, Value, Unit, Age, State, Source, Rate, Mark };
+
+struct ColumnDef {
+    Column column;
+    Table::Align align;
+    const char* title;
+    std::uint8_t leaves; // the order in which columns give way on a narrow screen, from 1; 0: never
+};
+
+constexpr ColumnDef kColumns[] = {
+    {Column::Number, Table::Align::Right, "No.", 4},   {Column::Name, Table::Align::Left, "Channel", 0},
+    {Column::Value, Table::Align::Right, "Value", 0},  {Column::Unit, Table::Align::Left, "Unit", 3},
+    {Column::Age, Table::Align::Right, "Age", 5},      {Column::State, Table::Align::Left, "State", 2},
+    {Column::Source, Table::Align::Left, "Source", 1}, {Column::Rate, Table::Align::Right, "Writes/s", 0},
+    {Column::Mark, Table::Align::Left, "", 0},
+};
+constexpr unsigned kLastToLeave = 5;
+
+std::string cellOf(Column column, const AllRow& row) {
+    const Reading& reading = row.reading;
+    switch (column) {
+    case Column::Number:
+        return std::to_string(reading.channel);
+    case Column::Name:
+        return reading.channelName;
+    case Column::Value:
+        return reading.value;
+    case Column::Unit:
+        return reading.unit;
+    case Column::Age:
+        return formatAge(reading.age);
+    case Column::State:
+        return reading.freshness == Freshness::None ? kNoValueText : stateName(reading.freshness);
+    case Column::Source:
+        return reading.source == reading.channel ? "" : reading.sourceName;
+    case Column::Rate:
+        return rateText(row.rate);
+    case Column::Mark:
+        break;
     }
-    return table;
+    return row.rate.twoLevels ? "2 levels" : "";
+}
+
+/// The lines of the table without the first `left` columns to give way.
+std::vector<std::string> linesWithout(unsigned left, const std::vector<const AllRow*>& rows) {
+    std::vector<ColumnDef> columns;
+    for (const ColumnDef& each : kColumns)
+        if (each.leaves == 0 || each.leaves > left) columns.push_back(each);
+    std::vector<Table::Align> aligns;
+    std::vector<std::string> cells;
+    for (const ColumnDef& each : columns) {
+        aligns.push_back(each.align);
+        cells.emplace_back(each.title);
+    }
+    Table table(std::move(aligns));
+    table.add(cells);
+    for (const AllRow* row : rows) {
+        for (std::size_t i = 0; i < columns.size(); ++i) cells[i] = cellOf(columns[i].column, *row);
+        table.add(cells);
+    }
+    return table.lines();
+}
+
+/// The titles and the rows, as many columns of them as fit: what is seen of the writers comes last in a line and must
+/// not be cut off.
+std::vector<std::string> tableLines(const std::vector<const AllRow*>& rows, std::size_t width) {
+    const auto isTooWide = [width](const std::string& line) { return tools::width(line) > width; };
+    std::vector<std::string> lines = linesWithout(0, rows);
+    for (unsigned left = 1; left <= kLastToLeave && std::ranges::any_of(lines, isTooWide); ++left)
+        lines = linesWithout(left, rows);
+    return lines;
 }
 
 /// Those without an age come last.
@@ -178,7 +223,7 @@ void AllView::draw(ScreenText& screen, const AllRound& round) {
     screen.put(screen.rows() - 1, Style::Reverse, footLine());
     if (!round.section)
         return screen.put(kHeadRows, Style::Dim, "There is no shared data; waiting for a program that makes it.");
-    const std::vector<std::string> lines = tableOf(rows).lines();
+    const std::vector<std::string> lines = tableLines(rows, screen.columns());
     screen.put(1, Style::Bold, lines.front());
     for (std::size_t i = 0; i < page_ && top_ + i < shown_; ++i) {
         const AllRow& row = *rows[top_ + i];

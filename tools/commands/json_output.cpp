@@ -13,20 +13,6 @@ namespace {
 // Every text was made printable before; should one not be, the output is still JSON.
 constexpr auto kReplaceBadText = Json::error_handler_t::replace;
 
-const char* stateName(Freshness freshness) noexcept {
-    switch (freshness) {
-    case Freshness::Fresh:
-        return "fresh";
-    case Freshness::Stale:
-        return "stale";
-    case Freshness::Timeless:
-        return "timeless";
-    case Freshness::None:
-        break;
-    }
-    return "none";
-}
-
 /// Moments and spans are counted in days as numbers.
 std::string unitOfNumber(UnitClass unitClass) {
     if (unitClass == UnitClass::DateTime || unitClass == UnitClass::TimeSpan) return "days";

@@ -55,6 +55,20 @@ Freshness freshnessOf(const SharedArea* area, ChannelIndex channel, BoatIndex bo
     return tallowmere::freshnessOf(channel, ageSeconds(*stamp, now));
 }
 
+const char* stateName(Freshness freshness) noexcept {
+    switch (freshness) {
+    case Freshness::Fresh:
+        return "fresh";
+    case Freshness::Stale:
+        return "stale";
+    case Freshness::Timeless:
+        return "timeless";
+    case Freshness::None:
+        break;
+    }
+    return "none";
+}
+
 Reading readChannel(const SharedArea* area, ChannelIndex channel, BoatIndex boat, std::int64_t now) {
     Reading reading;
     reading.channel = channel;

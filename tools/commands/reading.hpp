@@ -19,6 +19,9 @@ namespace tallowmere::tools {
 [[nodiscard]] Freshness freshnessOf(const SharedArea* area, ChannelIndex channel, BoatIndex boat,
                                     std::int64_t now) noexcept;
 
+/// "fresh", "stale", "timeless" (there is a value, and the channel has no time-out) or "none".
+[[nodiscard]] const char* stateName(Freshness freshness) noexcept;
+
 /// There is a value, and it counts.
 [[nodiscard]] constexpr bool isLive(Freshness freshness) noexcept {
     return freshness == Freshness::Fresh || freshness == Freshness::Timeless;

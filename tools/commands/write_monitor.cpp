@@ -4,14 +4,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace tallowmere::tools {
 namespace {
 
 constexpr std::int64_t kLeastTime = 10'000'000; // a second; a rate of less says nothing
 constexpr std::size_t kLeastValues = 12;
-constexpr std::size_t kLeastCrossings = 4;
-constexpr double kTimesTheSpread = 3.0;
+constexpr std::size_t kLeastOfEach = 3;
+constexpr std::size_t kLeastChanges = 7;
+constexpr double kTimesAsFar = 3.0;
+constexpr std::size_t kWindows[] = {16, 32, 64, WriteMonitor::kValues};
 constexpr double kSteps = 5.0; // of the last decimal shown: less is a sensor between two readings
 
 bool isAngle(UnitClass unitClass) noexcept {
@@ -35,25 +38,61 @@ void forgetBefore(std::deque<std::int64_t>& moments, std::int64_t first) {
     while (!moments.empty() && moments.front() < first) moments.pop_front();
 }
 
+double widestStep(std::span<const double> values) {
+    double widest = 0.0;
+    for (std::size_t i = 1; i < values.size(); ++i) widest = std::max(widest, std::abs(values[i] - values[i - 1]));
+    return widest;
+}
+
+/// Values as they come, each given to the sequence that it continues.
+class TwoSequences {
+  public:
+    TwoSequences(double first, double widestStep) : last_{first, first}, apart_(widestStep / 2.0) {}
+
+    void add(double value) {
+        const double distances[] = {std::abs(value - last_[0]), std::abs(value - last_[1])};
+        std::size_t nearer = distances[1] < distances[0] ? 1 : 0;
+        if (counts_[1] == 0) nearer = distances[0] > apart_ ? 1 : 0;
+        if (counts_[nearer] != 0) ownStep_ = std::max(ownStep_, distances[nearer]);
+        if (counts_[1 - nearer] != 0) gap_ = std::min(gap_, distances[1 - nearer]);
+        if (nearer != current_) ++changes_;
+        current_ = nearer;
+        last_[nearer] = value;
+        ++counts_[nearer];
+    }
+    [[nodiscard]] bool areTwo(double leastGap) const {
+        return std::min(counts_[0], counts_[1]) >= kLeastOfEach && changes_ >= kLeastChanges && gap_ >= leastGap &&
+               gap_ >= kTimesAsFar * ownStep_;
+    }
+
+  private:
+    double last_[2];
+    double apart_;
+    std::size_t counts_[2] = {1, 0};
+    std::size_t current_ = 0;
+    std::size_t changes_ = 0;
+    double ownStep_ = 0.0;                                 // the widest within a sequence
+    double gap_ = std::numeric_limits<double>::infinity(); // the narrowest between them
+};
+
 } // namespace
 
-bool jumpsBetweenTwoLevels(std::span<const double> values, double leastGap) {
+bool areTwoSequences(std::span<const double> values, double leastGap) {
     const auto isUnusable = [](double value) { return !std::isfinite(value) || value == NO_VALUE; };
     if (values.size() < kLeastValues || std::ranges::any_of(values, isUnusable)) return false;
-    std::vector<double> sorted(values.begin(), values.end());
-    std::ranges::sort(sorted);
-    std::size_t high = 1; // the first value above the widest gap
-    for (std::size_t i = 2; i < sorted.size(); ++i)
-        if (sorted[i] - sorted[i - 1] > sorted[high] - sorted[high - 1]) high = i;
-    const double gap = sorted[high] - sorted[high - 1];
-    const double spread = std::max(sorted[high - 1] - sorted.front(), sorted.back() - sorted[high]);
-    const std::size_t fewer = std::min(high, sorted.size() - high);
-    if (!std::isfinite(gap) || fewer < sorted.size() / 4 || !(gap >= leastGap) || !(gap >= kTimesTheSpread * spread))
-        return false;
-    std::size_t crossings = 0;
-    for (std::size_t i = 1; i < values.size(); ++i)
-        if ((values[i] >= sorted[high]) != (values[i - 1] >= sorted[high])) ++crossings;
-    return crossings >= kLeastCrossings;
+    const double widest = widestStep(values);
+    if (!std::isfinite(widest) || !(widest >= leastGap)) return false;
+    TwoSequences found(values.front(), widest);
+    for (const double value : values.subspan(1)) found.add(value);
+    return found.areTwo(leastGap);
+}
+
+bool jumpsBetweenTwoLevels(std::span<const double> values, double leastGap) {
+    for (const std::size_t count : kWindows) {
+        if (areTwoSequences(values.last(std::min(count, values.size())), leastGap)) return true;
+        if (count >= values.size()) break; // all of them
+    }
+    return false;
 }
 
 void WriteMonitor::look(const SharedArea& area, BoatIndex boat, std::int64_t now) {

@@ -2,7 +2,7 @@
 //
 // The section keeps one stamp and one value a channel, and no writer's name. Of several writes between two looks
 // only the last is seen. So a rate is what was seen, and two writers show only in what they leave: a value that
-// jumps between two levels.
+// jumps to and fro between two levels.
 #pragma once
 
 #include "core/channels/shared_area.hpp"
@@ -21,16 +21,28 @@ struct WriteRate {
     bool twoLevels = false; // probably two writers
 };
 
-/// True when values, in the order in which they were written, jump back and forth between two levels: at least
-/// twelve values; parted at their widest gap, each side has a quarter of them or more; the gap is three times as
-/// wide as either side and at least `leastGap`; and the value has crossed it four times or more.
+/// True when values, in the order in which they were written, are two sequences in one, each smooth by itself, with
+/// jumps between: what two writers leave, whatever their rates.
+///
+/// The widest step from one value to the next tells how far the two are apart. The first value begins the first
+/// sequence, the first one further than half of that away from it the second, and each later value continues the one
+/// whose last value is nearer. Then there are two when
+///  - there are twelve values or more, and three or more in each sequence,
+///  - the values go from one to the other seven times or more,
+///  - each value is at least three times as far from the other sequence's last value as any value is from its own
+///    sequence's, and at least `leastGap`.
+/// The levels may move, together or apart. Noise of one writer fills the room between two such sequences.
+[[nodiscard]] bool areTwoSequences(std::span<const double> values, double leastGap);
+
+/// areTwoSequences of the last 16, 32, 64 or 128 values: a slow writer beside a fast one shows in many only, and a
+/// sudden change of both must not hide them for long.
 [[nodiscard]] bool jumpsBetweenTwoLevels(std::span<const double> values, double leastGap);
 
 /// The writes of one boat's channels over the last seconds.
 class WriteMonitor {
   public:
     static constexpr std::int64_t kWindow = 50'000'000;  // 5 s: rates are of this time
-    static constexpr std::size_t kValues = 16;           // writes that levels are looked for in
+    static constexpr std::size_t kValues = 128;          // writes that levels are looked for in
     static constexpr std::int64_t kRecent = 600'000'000; // 60 s: a write longer ago tells nothing of levels now
 
     /// now   100 ns since 1601-01-01 UTC. A clock that was set back begins anew.

@@ -189,6 +189,33 @@ TEST_F(AllViewTest, RateSourceAndMarkHaveColumns) {
     EXPECT_THAT(draw(), Not(Contains(HasSubstr("2 levels"))));
 }
 
+TEST_F(AllViewTest, NamesTheStatesAsJsonDoes) {
+    store(ZAN_BSP, 6.4);
+    store(ZAN_STBD_LAT, 50);
+    passSeconds(5);
+    store(ZAN_AWS, 12);
+    passSeconds(8);
+    EXPECT_THAT(draw(), Contains(HasSubstr("13 s  stale")));
+    EXPECT_THAT(draw(), Contains(HasSubstr("8.0 s  fresh")));
+    EXPECT_THAT(draw(), Contains(HasSubstr("13 s  timeless")));
+}
+
+TEST_F(AllViewTest, OnANarrowScreenWhatIsSeenOfTheWritersStays) {
+    store(ZAN_BSP, 6.4);
+    store(ZAN_STBD_LAT, 50);
+    writeText(area().settings[ZAN_BSP].shortName, u"A long name 123");
+    for (std::int32_t& cell : area().alternates.cells[0]) cell = ZAN_BSP;
+    rate = {true, 19.96, true, true};
+    for (const int wide : {500, 100, 80, 70, 60}) {
+        const auto lines = draw({wide, 24});
+        EXPECT_THAT(lines[1], ::testing::EndsWith("Writes/s")) << wide;
+        EXPECT_THAT(lines[3], ::testing::EndsWith("20.0+  2 levels")) << wide;
+        EXPECT_THAT(lines[3], HasSubstr("A long name 123")) << wide;
+    }
+    EXPECT_THAT(draw({500, 24})[1], HasSubstr("Source"));
+    EXPECT_THAT(draw({60, 24})[1], Not(HasSubstr("Source")));
+}
+
 TEST_F(AllViewTest, WithoutASectionSaysSo) {
     ScreenText screen({80, 10});
     view.draw(screen, {"Own boat", machine.now, 0, false, {}});

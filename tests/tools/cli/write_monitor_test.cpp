@@ -2,8 +2,11 @@
 
 #include "tests/tools/cli/command_fixture.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <random>
+#include <utility>
 
 namespace tallowmere::test {
 namespace {
@@ -30,22 +33,57 @@ TEST(TwoLevels, EachLevelMayWander) {
     EXPECT_TRUE(jumpsBetweenTwoLevels(values, 0.05));
 }
 
-TEST(TwoLevels, ASingleStepIsNone) {
-    std::vector<double> values(16, 6.0);
-    std::fill(values.begin() + 8, values.end(), 7.0);
-    EXPECT_FALSE(jumpsBetweenTwoLevels(values, 0.05));
-    values[3] = 7.0; // up, down, up: three crossings
-    EXPECT_FALSE(jumpsBetweenTwoLevels(values, 0.05));
-    values[12] = 6.0; // five
+TEST(TwoLevels, LevelsMayMoveFartherThanTheyAreApart) {
+    std::vector<double> values;
+    for (int i = 0; i < 64; ++i) values.push_back(6.0 + 3.0 * std::sin(i * 0.02) + (i % 2 == 0 ? 0.0 : 0.8));
     EXPECT_TRUE(jumpsBetweenTwoLevels(values, 0.05));
 }
 
-TEST(TwoLevels, AFewOutliersAreNone) {
-    std::vector<double> values(16, 6.0);
-    values[2] = values[6] = values[10] = 7.0;
-    EXPECT_FALSE(jumpsBetweenTwoLevels(values, 0.05)) << "three of sixteen";
-    values[14] = 7.0;
-    EXPECT_TRUE(jumpsBetweenTwoLevels(values, 0.05)) << "a quarter";
+TEST(TwoLevels, ASlowWriterBesideAFastOneIsSeen) {
+    for (const auto& [most, few] : {std::pair(6.0, 7.0), std::pair(7.0, 6.0)}) {
+        std::vector<double> values;
+        for (int i = 0; i < 128; ++i) values.push_back(i % 11 == 10 ? few : most + 0.01 * (i % 7));
+        EXPECT_TRUE(jumpsBetweenTwoLevels(values, 0.05));
+    }
+}
+
+TEST(TwoLevels, StepsOfOneWriterAreNone) {
+    std::vector<double> values(128, 6.0);
+    std::fill(values.begin() + 64, values.end(), 7.0);
+    EXPECT_FALSE(jumpsBetweenTwoLevels(values, 0.05)) << "one step";
+    values[30] = values[60] = 7.0; // five changes
+    EXPECT_FALSE(jumpsBetweenTwoLevels(values, 0.05)) << "and two outliers";
+    values[50] = 7.0; // seven
+    EXPECT_TRUE(jumpsBetweenTwoLevels(values, 0.05)) << "an outlier at one level again and again is a second writer";
+    std::vector<double> stairs;
+    for (int i = 0; i < 128; ++i) stairs.push_back(i / 8); // NOLINT(bugprone-integer-division): stairs
+    EXPECT_FALSE(jumpsBetweenTwoLevels(stairs, 0.05));
+}
+
+TEST(TwoLevels, AChangeOfBothHidesThemForShort) {
+    std::vector<double> values;
+    for (int i = 0; i < 128; ++i) values.push_back((i < 100 ? -30.0 : 30.0) + (i % 2 == 0 ? 0.0 : 4.0));
+    EXPECT_TRUE(jumpsBetweenTwoLevels(values, 0.5));
+}
+
+TEST(TwoLevels, NoiseOfOneWriterIsNone) {
+    std::mt19937 random(1);
+    const auto noise = [&] { return (static_cast<double>(random()) - 2147483648.0) / 2147483648.0; };
+    const auto marked = [](auto next, double leastGap = 0.05) {
+        int count = 0;
+        for (int run = 0; run < 500; ++run) {
+            std::vector<double> values(128);
+            std::ranges::generate(values, next);
+            count += jumpsBetweenTwoLevels(values, leastGap) ? 1 : 0;
+        }
+        return count;
+    };
+    EXPECT_EQ(marked(noise), 0) << "level";
+    EXPECT_EQ(marked([&] { return noise() + noise() + noise() + noise(); }), 0) << "bell-shaped";
+    EXPECT_EQ(marked([&] { return std::tan(1.57 * noise()); }), 0) << "with far outliers";
+    EXPECT_EQ(marked([&, at = 6.0]() mutable { return at += 0.2 * noise(); }), 0) << "a walk";
+    EXPECT_EQ(marked([&, i = 0]() mutable { return std::sin(0.3 * ++i) + 0.2 * noise(); }), 0) << "a wave";
+    EXPECT_EQ(marked([&] { return std::round(3.0 * noise()); }, 5.0), 0) << "in steps of the last decimal";
 }
 
 TEST(TwoLevels, ASensorBetweenTwoReadingsIsNone) {
@@ -128,6 +166,24 @@ TEST_F(WriteMonitorTest, TwoWritersAreMarked) {
         if (i % 5 == 0) store(ZAN_BSP, i % 10 == 0 ? 6.0 : 7.5);
     });
     EXPECT_TRUE(monitor.of(ZAN_BSP).twoLevels);
+}
+
+TEST_F(WriteMonitorTest, WritersOfVeryDifferentRatesAreMarked) {
+    for (const auto& [fast, slow] : {std::pair(6.0, 7.5), std::pair(7.5, 6.0)}) {
+        monitor.clear();
+        store(ZAN_BSP, 6);
+        look(15, [&, fast = fast, slow = slow](int i) {
+            if (i % 2 == 0) store(ZAN_BSP, fast + 0.01 * (i % 6)); // 10 Hz
+            if (i % 20 == 1) store(ZAN_BSP, slow);                 // 1 Hz, seen until the other writes again
+        });
+        EXPECT_TRUE(monitor.of(ZAN_BSP).twoLevels) << fast;
+    }
+}
+
+TEST_F(WriteMonitorTest, OneWriterThatTacksIsNotMarked) {
+    store(ZAN_AWA, -30);
+    look(30, [&](int i) { store(ZAN_AWA, (i < 300 ? -30 : 30) + 0.3 * (i % 9)); });
+    EXPECT_FALSE(monitor.of(ZAN_AWA).twoLevels);
 }
 
 TEST_F(WriteMonitorTest, AnglesEitherSideOfNorthAreOneLevel) {

@@ -1,5 +1,6 @@
 #include "tools/record/plot.hpp"
 
+#include "core/channels/replay_sign.hpp"
 #include "tools/calibration/file_names.hpp"
 #include "tools/commands/channel_finder.hpp"
 #include "tools/commands/text.hpp"
@@ -85,6 +86,7 @@ class Plot {
     void take(std::vector<TimeSeries>& series, const Item& item) {
         if (const auto* const session = std::get_if<Session>(&item)) {
             if (!started_) started_ = session->started;
+            replay_ = session->program.ends_with(printable(kReplaySign));
             for (TimeSeries& each : series) each.interrupt();
         } else if (const auto* const damage = std::get_if<Damage>(&item)) {
             damage_.add(options_.file, *damage);
@@ -111,14 +113,20 @@ class Plot {
         return found;
     }
 
+    /// Some of it was recorded from a replay.
+    [[nodiscard]] bool hasReplay() const noexcept { return hasReplay_; }
+
   private:
     void takeValue(std::vector<TimeSeries>& series, const Value& value) {
         if (!started_) started_ = value.time;
         // Without a place to begin what is older than the recording counts too, when it was still fresh then.
         const std::int64_t from = from_.in(*started_) - (options_.from.empty() ? kFresh : 0);
         if (value.boat != options_.boat || value.time < from || (to_ && value.time > to_->in(*started_))) return;
-        for (TimeSeries& each : series)
-            if (each.channel.number == value.channel) each.add(value);
+        for (TimeSeries& each : series) {
+            if (each.channel.number != value.channel) continue;
+            each.add(value);
+            hasReplay_ = hasReplay_ || replay_;
+        }
     }
 
     static constexpr std::int64_t kFresh = 10'000'000; // a second
@@ -128,6 +136,8 @@ class Plot {
     std::optional<Place> to_;
     DamageNotes damage_;
     std::optional<std::int64_t> started_;
+    bool replay_ = false; // the session that is being read
+    bool hasReplay_ = false;
 };
 
 /// Null when one of the two is no place, which is told.
@@ -200,7 +210,8 @@ int runPlot(const tools::CommandContext& context, const PlotOptions& options) {
     }
     const std::string boat = options.boat == 0 ? "own boat" : "boat " + std::to_string(options.boat);
     TimeChart chart{fileNameOf(options.file),
-                    boat + ", " + shortMoment(range->first) + " to " + shortMoment(range->second) + " UTC",
+                    boat + ", " + shortMoment(range->first) + " to " + shortMoment(range->second) + " UTC" +
+                        (plot.hasReplay() ? ", REPLAY" : ""),
                     range->first, range->second, std::move(*series)};
     const int code = write(context, options, svgTimeChart(chart));
     return error.empty() ? code : tools::exit_code::kNotFound;

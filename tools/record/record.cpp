@@ -10,7 +10,6 @@
 
 #include <cmath>
 #include <cstdio>
-#include <sstream>
 
 namespace tallowmere::recording {
 namespace {
@@ -27,10 +26,7 @@ void complain(const tools::CommandContext& context, const std::string& text) {
 /// Empty, with the reasons told, when one of the channels can't be recorded.
 std::optional<Selection> select(const tools::CommandContext& context, const RecordOptions& options) {
     SectionReader section(context.platform);
-    std::string errors;
-    auto channels = tools::findAll(tools::ChannelFinder(section.area()), options.channels, errors);
-    std::istringstream lines(errors);
-    for (std::string line; std::getline(lines, line);) complain(context, line);
+    auto channels = tools::findOrTell(section.area(), options.channels, context.err, "tallowmere record");
     if (!channels) return std::nullopt;
     for (const ChannelIndex channel : *channels) {
         if (isRecordable(channel)) continue;
@@ -77,6 +73,7 @@ class Run {
         do {
             if (!recorder_.look() || !commitWhenDue()) return false;
             tellWaiting();
+            tellReplay();
             tellProgress();
         } while (!isOver() && pause(context_, period) && goOn());
         return recorder_.finish() && writer_.close();
@@ -113,6 +110,14 @@ class Run {
         waiting_ = waits;
     }
 
+    void tellReplay() {
+        if (recorder_.replay() && !replay_) {
+            endProgress();
+            complain(context_, "a recording is being played (REPLAY); it is recorded as such");
+        }
+        replay_ = recorder_.replay();
+    }
+
     void tellProgress() {
         if (!options_.progress || elapsed_.ticks() - told_ < kToldEvery) return;
         const RecordCounts& counts = recorder_.counts();
@@ -136,6 +141,7 @@ class Run {
     std::int64_t told_ = 0;
     std::uint64_t rowsTold_ = 0;
     bool waiting_ = false;
+    bool replay_ = false;
     bool shown_ = false;
 };
 

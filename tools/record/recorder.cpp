@@ -2,6 +2,7 @@
 
 #include "core/channels/channel_lookup.hpp"
 #include "core/channels/printable.hpp"
+#include "core/channels/replay_sign.hpp"
 #include "core/channels/time_scale.hpp"
 #include "core/channels/value_age.hpp"
 #include "core/channels/value_reading.hpp"
@@ -37,8 +38,11 @@ Recorder::Recorder(platform::Platform& platform, RecordingWriter& writer, Select
 bool Recorder::look() {
     section_.refresh();
     now_ = platform_.now();
-    if (session_ != 0 && session_ != section_.generation() && !leave()) return false;
     const SharedArea* const area = section_.area();
+    const bool replay = isReplay(area);
+    const bool another = session_ != section_.generation() || replay != replay_;
+    if (session_ != 0 && another && !leave()) return false;
+    replay_ = replay;
     if (area == nullptr) return session_ == 0 || leave();
     if (session_ == 0 && !begin()) return false;
     chooseChannels(*area);
@@ -64,7 +68,7 @@ bool Recorder::begin() {
     described_.reset();
     boatsDescribed_.reset();
     chosen_ = 0;
-    return writer_.begin({now_, program_});
+    return writer_.begin({now_, replay_ ? program_ + " " + printable(kReplaySign) : program_});
 }
 
 bool Recorder::leave() {

@@ -29,12 +29,15 @@ class Recorder {
     Recorder(platform::Platform& platform, RecordingWriter& writer, Selection selection, std::string program);
 
     /// Looks once at everything. A section that is new begins a session, one that has gone ends it with a row without
-    /// value for each that was there. False when the writer failed.
+    /// value for each that was there. A replay is a session of its own, with the sign behind the program's name.
+    /// False when the writer failed.
     [[nodiscard]] bool look();
     /// Ends the session, if there is one. False when the writer failed.
     [[nodiscard]] bool finish();
 
     [[nodiscard]] bool attached() const noexcept { return section_.area() != nullptr; }
+    /// What is recorded is played from a recording.
+    [[nodiscard]] bool replay() const noexcept { return replay_; }
     [[nodiscard]] const RecordCounts& counts() const noexcept { return counts_; }
 
   private:
@@ -58,6 +61,7 @@ class Recorder {
     std::string program_;
     SectionReader section_;
     std::uint32_t session_ = 0; // the generation of the section that is recorded; 0: none
+    bool replay_ = false;
     std::int64_t now_ = 0;
     std::int64_t chosen_ = 0; // when the log flags were read
     std::vector<ChannelIndex> channels_;

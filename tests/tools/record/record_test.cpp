@@ -44,6 +44,28 @@ TEST_F(RecordCommand, WritesTheLoggedChannelsThatHaveAValue) {
     }
 }
 
+TEST_F(RecordCommand, AReplayIsASessionOfItsOwnAndNamedAsSuch) {
+    store(ZAN_BSP, 6.4);
+    for (const std::string& file : kFormats) {
+        writeText(area().boats[0].name, u"Falcon");
+        int sleeps = 0;
+        whileAsleep = [&] {
+            if (++sleeps == 5) writeText(area().boats[0].name, u"[REPLAY] Falcon");
+            if (sleeps == 10) writeText(area().boats[0].name, u"Falcon");
+        };
+        const CommandRun result = run({"record", "-o", path(file), "--seconds", "0.4"});
+        whileAsleep = nullptr;
+        EXPECT_THAT(result.err, HasSubstr("a recording is being played (REPLAY)"));
+        const Content content = contentOf(file);
+        ASSERT_THAT(content.sessions, SizeIs(3)) << file;
+        EXPECT_EQ(content.sessions[0].program, "tallowmere " TALLOWMERE_VERSION);
+        EXPECT_EQ(content.sessions[1].program, "tallowmere " TALLOWMERE_VERSION " [REPLAY]");
+        EXPECT_EQ(content.sessions[2].program, "tallowmere " TALLOWMERE_VERSION);
+        bringFile(file);
+        EXPECT_THAT(run({"plot", path(file), "BSP"}).out, HasSubstr("UTC, REPLAY<"));
+    }
+}
+
 TEST_F(RecordCommand, WritesNamedChannelsWhateverTheirLogFlag) {
     store(ZAN_BSP, 6.4);
     store(ZAN_FORESTAY, 1000.0);

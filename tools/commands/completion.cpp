@@ -69,20 +69,23 @@ void addBranches(std::string& script, const CommandText& command, const std::str
         addBranches(script, below, path.empty() ? below.name : path + " " + below.name);
 }
 
-constexpr char kBashHead[] = R"(# Completes the command line of tallowmere in bash. Made by: tallowmere completion bash
-_tallowmere_channels=(
-)";
-
-// Names hold blanks, so candidates are lines, and are quoted unless the user has begun a quotation.
-constexpr char kBashBody[] = R"(
-# What may come after a command, whose words are $1.
-_tallowmere_command() {
-    case $1 in
-)";
-
-constexpr char kBashTail[] = R"(    esac
+/// What both shells read in the same way: the names, and what may come after which command.
+std::string sharedPart(const CommandText& program) {
+    std::vector<std::string> shells;
+    for (const CompletionShell& shell : kCompletionShells) shells.emplace_back(shell.name);
+    std::string script = "_tallowmere_channels=(\n" + channelNames() + ")\n";
+    script += "_tallowmere_items=(\n" + itemNames() + ")\n";
+    script += "_tallowmere_shells=(" + joined(shells) + ")\n";
+    script += "\n# What may come after a command, whose words are $1.\n_tallowmere_command() {\n    case $1 in\n";
+    addBranches(script, program, {});
+    return script + "    esac\n}\n";
 }
 
+constexpr char kBashHead[] =
+    "# Completes the command line of tallowmere in bash. Made by: tallowmere completion bash\n";
+
+// Names hold blanks, so candidates are lines, and are quoted unless the user has begun a quotation.
+constexpr char kBashTail[] = R"(
 # Offers the words after $1 that begin with what is typed; where none does, those that do but for case.
 _tallowmere_offer() {
     local typed=$1 word exact=() loose=()
@@ -162,19 +165,92 @@ _tallowmere() {
         if ((${#COMPREPLY[@]} == 0)); then _tallowmere_files "$typed"; fi
         ;;
     file) _tallowmere_files "$typed" ;;
-    shell) _tallowmere_offer "$typed" bash ;;
+    shell) _tallowmere_offer "$typed" "${_tallowmere_shells[@]}" ;;
     esac
 }
 
 complete -F _tallowmere tallowmere
 )";
 
+constexpr char kZshHead[] = R"(#compdef tallowmere
+# Completes the command line of tallowmere in zsh. Made by: tallowmere completion zsh
+)";
+
+// zsh quotes what it puts in and matches by itself; the case of names does not matter.
+constexpr char kZshTail[] = R"(
+_tallowmere_names() {
+    compadd -M 'm:{a-zA-Z}={A-Za-z}' -a "$1"
+}
+
+_tallowmere() {
+    local commands options values operands kind= word before=
+    local -a shapes
+    local -i i count=0
+    _tallowmere_command ''
+    for ((i = 2; i < CURRENT; ++i)); do
+        word=${(Q)words[i]}
+        kind=
+        if [[ $word == -* ]]; then
+            if [[ " $values" == *" $word:"* ]]; then
+                kind=${values#*"$word:"}
+                kind=${kind%% *}
+                if ((i + 1 < CURRENT)); then
+                    ((++i))
+                    kind=
+                fi
+            fi
+        elif [[ " $commands " == *" $word "* ]]; then
+            before+=${before:+ }$word
+            _tallowmere_command "$before"
+        else
+            ((++count))
+        fi
+    done
+
+    if [[ -z $kind && ${words[CURRENT]} == -* ]]; then
+        compadd -- ${=options}
+        return
+    fi
+    if [[ -z $kind && -n $commands ]]; then
+        compadd -- ${=commands}
+        return
+    fi
+    if [[ -z $kind ]]; then
+        shapes=(${=operands})
+        if (($#shapes > 0 && count >= $#shapes)) && [[ ${shapes[-1]} == *... ]]; then
+            count=$(($#shapes - 1))
+        fi
+        kind=none
+        if ((count < $#shapes)); then kind=${shapes[count + 1]}; fi
+    fi
+    case ${kind%...} in
+    channel) _tallowmere_names _tallowmere_channels ;;
+    item) _tallowmere_names _tallowmere_items ;;
+    item+file)
+        _tallowmere_names _tallowmere_items
+        _files
+        ;;
+    file) _files ;;
+    shell) _tallowmere_names _tallowmere_shells ;;
+    esac
+}
+
+# Found by zsh in the function path it is called as a function; else it was read by "source".
+if [[ ${funcstack[1]-} == _tallowmere ]]; then
+    _tallowmere "$@"
+else
+    compdef _tallowmere tallowmere
+fi
+)";
+
 } // namespace
 
 std::string bashCompletion(const CommandText& program) {
-    std::string script = kBashHead + channelNames() + ")\n_tallowmere_items=(\n" + itemNames() + ")\n" + kBashBody;
-    addBranches(script, program, {});
-    return script + kBashTail;
+    return kBashHead + sharedPart(program) + kBashTail;
+}
+
+std::string zshCompletion(const CommandText& program) {
+    return kZshHead + sharedPart(program) + kZshTail;
 }
 
 } // namespace tallowmere::tools

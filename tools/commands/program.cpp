@@ -124,8 +124,13 @@ void addStatus(CLI::App& app, const CommandContext& context, int& exitCode) {
 void addDescriptions(CLI::App& app, const CommandContext& context) {
     CLI::App* const completion = app.add_subcommand("completion", "Print a script by which a shell completes commands");
     const auto shell = keep<std::string>();
-    completion->add_option("SHELL", *shell, "bash")->required()->check(CLI::IsMember({"bash"}))->type_name("");
-    completion->callback([&app, &context, shell] { context.out << bashCompletion(describe(app)); });
+    std::vector<std::string> shells;
+    for (const CompletionShell& each : kCompletionShells) shells.emplace_back(each.name);
+    completion->add_option("SHELL", *shell, "bash or zsh")->required()->check(CLI::IsMember(shells))->type_name("");
+    completion->callback([&app, &context, shell] {
+        for (const CompletionShell& each : kCompletionShells)
+            if (*shell == each.name) context.out << each.script(describe(app));
+    });
     CLI::App* const manual = app.add_subcommand("manual", "Print the manual page, for man");
     manual->callback([&app, &context] {
         CommandText program = describe(app);

@@ -51,7 +51,7 @@ expect 'list|show|eval|plot' calibration ''
 expect 'show' calibration sh
 expect 'Wind\ weight' calibration show wind
 expect '' calibration eval Bsp ''
-expect 'bash' completion ''
+expect 'bash|zsh' completion ''
 expect 'Bsp' check bs
 holds '--json' status -
 

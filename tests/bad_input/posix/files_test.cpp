@@ -1,5 +1,6 @@
 // Files that may not be read, files that change while they are read, the settings file and the log.
 #include "log/system_log.hpp"
+#include "platform/posix/descriptor.hpp"
 #include "tests/bad_input/started_files.hpp"
 #include "tests/contract/posix_children.hpp"
 #include "tests/contract/posix_surroundings.hpp"
@@ -7,6 +8,7 @@
 
 #include <atomic>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -136,6 +138,74 @@ TEST_F(PosixBadFiles, OnesThatChangeWhileTheyAreReadDoNoHarm) {
         writeBytes(file, kGoodFiles[i].content);
     }
     EXPECT_EQ(startHost(), allBut(kFiles));
+}
+
+/// The same with the settings, which the library writes to itself: each value is the user's or the default, and once
+/// the file stands still it is read whole.
+TEST_F(PosixBadFiles, SettingsThatChangeWhileTheyAreReadDoNoHarm) {
+    CaseCount cases("starts");
+    const double usersLength = 20.5;
+    machine.set(kCoreKey, u"Sys_v0", 3, std::string(reinterpret_cast<const char*>(&usersLength), 8));
+    const std::string good = readBytes(settingsFile());
+    std::string large;
+    for (int i = 0; i < 200; ++i) large += good;
+    std::atomic<bool> over = false;
+    std::thread changer([&] {
+        const fs::path other = settingsFile().string() + ".other";
+        while (!over) {
+            std::error_code ignored;
+            writeBytes(settingsFile(), large);
+            fs::resize_file(settingsFile(), large.size() / 2, ignored);
+            writeBytes(other, large);
+            fs::rename(other, settingsFile(), ignored);
+            for (int k = 0; k < 3; ++k) std::ofstream(settingsFile(), std::ios::binary | std::ios::app) << large;
+            fs::remove(settingsFile(), ignored);
+        }
+    });
+    int users = 0;
+    int defaults = 0;
+    for (int start = 0; start < 200; ++start) {
+        ++cases;
+        const CCore core(true);
+        ASSERT_NE(core.area(), nullptr);
+        const double length = core.system().variable(0);
+        EXPECT_TRUE(length == usersLength || length == 15.85) << length;
+        ++(length == usersLength ? users : defaults);
+    }
+    over = true;
+    changer.join();
+    EXPECT_GT(users, 0);
+    EXPECT_GT(defaults, 0) << "it has not changed while it was read";
+    writeBytes(settingsFile(), good);
+    EXPECT_EQ(startHost(), allBut(kFiles));
+}
+
+/// Locks are for those who ask for them: nothing that the library reads or appends to is held up by one.
+TEST_F(PosixBadFiles, OnesThatAreLockedAreReadAllTheSame) {
+    CaseCount cases("files");
+    const auto lock = [](const fs::path& file) {
+        platform::posix::Descriptor held(::open(file.c_str(), O_RDWR | O_CLOEXEC));
+        struct flock whole {};
+        whole.l_type = F_WRLCK;
+        whole.l_whence = SEEK_SET;
+        EXPECT_EQ(::flock(held.get(), LOCK_EX | LOCK_NB), 0);
+        EXPECT_EQ(::fcntl(held.get(), F_OFD_SETLK, &whole), 0);
+        return held;
+    };
+    for (const GoodFile& file : kGoodFiles) {
+        ++cases;
+        const auto held = lock(path(file.path));
+        EXPECT_EQ(startHost(), allBut(kFiles)) << file.path;
+    }
+    ++cases;
+    const auto settings = lock(settingsFile());
+    EXPECT_EQ(startHost(), allBut(kFiles));
+    ++cases;
+    const fs::path log = machine.folder() / "a.log";
+    writeBytes(log, "");
+    const auto held = lock(log);
+    EXPECT_TRUE(platform::hostPlatform().appendLine(log.u16string(), "a line"));
+    EXPECT_EQ(readBytes(log), "a line\n");
 }
 
 TEST_F(PosixBadFiles, ALogThatCannotBeWrittenLosesTheLineOnly) {

@@ -15,6 +15,8 @@ class Holder {
         EXPECT_NE(handle_, INVALID_HANDLE_VALUE);
     }
     ~Holder() { ::CloseHandle(handle_); }
+    /// Locks what may be written to.
+    void lockEverything() const { EXPECT_TRUE(::LockFile(handle_, 0, 0, MAXDWORD, MAXDWORD)); }
     Holder(const Holder&) = delete;
     Holder& operator=(const Holder&) = delete;
 
@@ -51,6 +53,36 @@ TEST_F(LockedFiles, OpenForReadingByOthersAreRead) {
         const Holder holder(path(kGoodFiles[i].path), GENERIC_READ, FILE_SHARE_READ);
         EXPECT_EQ(startHost(), allBut(kFiles)) << kGoodFiles[i].path;
     }
+}
+
+/// What another program does to the log loses the line at most.
+TEST_F(LockedFiles, ALogLosesTheLineWhereItMayNotBeWritten) {
+    CaseCount cases("logs");
+    const std::filesystem::path log = path("system.log");
+    const auto append = [&] {
+        ++cases;
+        return platform::hostPlatform().appendLine(log.u16string(), "a line");
+    };
+    ASSERT_TRUE(append());
+    const std::uintmax_t line = std::filesystem::file_size(log);
+    std::uintmax_t lines = 1;
+    {
+        const Holder alone(log, GENERIC_READ | GENERIC_WRITE, 0);
+        EXPECT_FALSE(append());
+    }
+    {
+        const Holder reading(log, GENERIC_READ, FILE_SHARE_READ);
+        EXPECT_FALSE(append());
+    }
+    {
+        const Holder locking(log, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
+        locking.lockEverything();
+        lines += append() ? 1U : 0U; // refused by Windows; Wine doesn't look at locks
+    }
+    EXPECT_EQ(std::filesystem::file_size(log), lines * line);
+    const Holder sharing(log, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    EXPECT_TRUE(append());
+    EXPECT_EQ(std::filesystem::file_size(log), (lines + 1) * line);
 }
 
 } // namespace

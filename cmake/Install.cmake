@@ -1,5 +1,6 @@
-# What a client gets, in four components: the shared libraries (library, view_library), what building against them
-# takes (development), the command-line program (tools). The packages of scripts/package are made of these.
+# What a client gets, in components: the shared libraries (library, view_library), what building against them takes,
+# documents and examples (development), the command-line program (tools), the packages for other languages (python,
+# node). The packages of scripts/package are made of these.
 # Host programs take the static core from the source tree (add_subdirectory): its headers are no stable interface.
 include(CMakePackageConfigHelpers)
 
@@ -24,6 +25,7 @@ endfunction()
 install_development(DIRECTORY include/tallowmere DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install_development(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install_development(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install_development(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/tallowmere)
 install_development(EXPORT tallowmere NAMESPACE tallowmere:: FILE tallowmere-targets.cmake DESTINATION ${package_dir})
@@ -44,4 +46,25 @@ endforeach()
 
 if(WIN32)
     include(ModuleDefinitions)
+endif()
+
+# The packages for Python and Node, as pip and npm take them: the same files for every system.
+set(TALLOWMERE_LANGUAGE_PACKAGES "" CACHE PATH
+    "Folder of what packaging/python/make and packaging/node/make have made, to be installed as well")
+if(TALLOWMERE_LANGUAGE_PACKAGES)
+    set(wheel ${TALLOWMERE_LANGUAGE_PACKAGES}/tallowmere-${PROJECT_VERSION}-py3-none-any.whl)
+    set(npm_package ${TALLOWMERE_LANGUAGE_PACKAGES}/tallowmere-${PROJECT_VERSION}.tgz)
+    if(WIN32) # in a folder of the installation's own
+        install(FILES ${wheel} DESTINATION python COMPONENT python)
+        install(FILES ${npm_package} DESTINATION node COMPONENT node)
+    else()
+        install(FILES ${wheel} DESTINATION ${CMAKE_INSTALL_DATADIR}/tallowmere COMPONENT python)
+        install(FILES ${npm_package} DESTINATION ${CMAKE_INSTALL_DATADIR}/tallowmere COMPONENT node)
+        # Unpacked where the distribution's own Python looks. RECORD is for pip, which must not take these files away.
+        set(unpacked_wheel ${CMAKE_BINARY_DIR}/wheel)
+        file(REMOVE_RECURSE ${unpacked_wheel})
+        file(ARCHIVE_EXTRACT INPUT ${wheel} DESTINATION ${unpacked_wheel})
+        install(DIRECTORY ${unpacked_wheel}/ DESTINATION lib/python3/dist-packages COMPONENT python
+            PATTERN RECORD EXCLUDE)
+    endif()
 endif()

@@ -23,9 +23,9 @@ function(install_development)
     install(${ARGN} COMPONENT development)
 endfunction()
 install_development(DIRECTORY include/tallowmere DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+# As in the source tree, so that the links among them hold.
 install_development(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install_development(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install_development(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install_development(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/tallowmere)
 install_development(EXPORT tallowmere NAMESPACE tallowmere:: FILE tallowmere-targets.cmake DESTINATION ${package_dir})

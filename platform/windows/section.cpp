@@ -33,11 +33,31 @@ std::u16string ownerName(HANDLE object) {
     return owner != nullptr ? accountName(owner) : std::u16string{};
 }
 
+std::size_t inWholePages(std::size_t bytes) noexcept {
+    SYSTEM_INFO system{};
+    ::GetSystemInfo(&system);
+    return (bytes + system.dwPageSize - 1) / system.dwPageSize * system.dwPageSize;
+}
+
+/// Bytes of a view, from its start, that have memory behind them, a multiple of the page size: all, unless somebody
+/// made the section with room only (SEC_RESERVE). Who touches the rest ends.
+std::size_t usableBytes(const void* view) noexcept {
+    MEMORY_BASIC_INFORMATION region{};
+    const bool isUsable = ::VirtualQuery(view, &region, sizeof region) == sizeof region && region.State == MEM_COMMIT;
+    return isUsable ? region.RegionSize : 0;
+}
+
+/// Maps the front of a section. Nothing when it is smaller, or not all of it can be used.
+UniqueView mapFront(const UniqueSection& section, std::size_t bytes) noexcept {
+    UniqueView view{::MapViewOfFile(section.get(), kReadAndWrite, 0, 0, bytes)};
+    if (view && usableBytes(view.get()) < inWholePages(bytes)) view.reset();
+    return view;
+}
+
 class MappedSection final : public SharedSection {
   public:
     MappedSection(UniqueSection section, std::size_t bytes, bool existed) noexcept
-        : section_(std::move(section)), view_(::MapViewOfFile(section_.get(), kReadAndWrite, 0, 0, bytes)),
-          existed_(existed) {}
+        : section_(std::move(section)), view_(mapFront(section_, bytes)), existed_(existed) {}
 
     [[nodiscard]] std::byte* view() const noexcept override { return static_cast<std::byte*>(view_.get()); }
     [[nodiscard]] bool existed() const noexcept override { return existed_; }
@@ -71,21 +91,10 @@ UniqueSection openOwned(const std::u16string& name) noexcept {
     return section;
 }
 
-/// The size of a view of a whole section, a multiple of the page size.
-std::size_t mappedBytes(const void* view) noexcept {
-    MEMORY_BASIC_INFORMATION region{};
-    return ::VirtualQuery(view, &region, sizeof region) == sizeof region ? region.RegionSize : 0;
-}
-
-std::size_t inWholePages(std::size_t bytes) noexcept {
-    SYSTEM_INFO system{};
-    ::GetSystemInfo(&system);
-    return (bytes + system.dwPageSize - 1) / system.dwPageSize * system.dwPageSize;
-}
-
+/// Maps all of a section. Nothing when it is of another size, or not all of it can be used.
 UniqueView mapWhole(const UniqueSection& section, std::size_t bytes) noexcept {
     UniqueView view{::MapViewOfFile(section.get(), FILE_MAP_READ, 0, 0, 0)};
-    if (view && mappedBytes(view.get()) != inWholePages(bytes)) view.reset();
+    if (view && usableBytes(view.get()) != inWholePages(bytes)) view.reset();
     return view;
 }
 

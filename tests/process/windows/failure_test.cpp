@@ -1,4 +1,6 @@
 // The section made to fail for real, by what another process has put under its name.
+#include "core/channels/section_name.hpp"
+#include "platform/platform.hpp"
 #include "tests/process/windows/message_box.hpp"
 #include "tests/process/windows/process_fixture.hpp"
 #include "tests/process/windows/screenshot.hpp"
@@ -34,6 +36,12 @@ HANDLE makeEvent() {
 // A section has the name, but is too small to be mapped whole.
 HANDLE makeSmallSection() {
     return ::CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, kSmallSectionBytes, kSectionName);
+}
+
+// A section of the right size has the name, but no memory: who touched it would end.
+HANDLE makeEmptyRoom() {
+    return ::CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE | SEC_RESERVE, 0, sizeof(SharedArea),
+                                kSectionName);
 }
 
 std::string bytesOf(const fs::path& path) {
@@ -142,7 +150,8 @@ class SectionFailure : public WindowsProcesses, public testing::WithParamInterfa
 INSTANTIATE_TEST_SUITE_P(
     , SectionFailure,
     testing::Values(Obstacle{"CreationByAnEvent", makeEvent, L"Unable to create shared memory map"},
-                    Obstacle{"MappingByASmallSection", makeSmallSection, L"Unable to map shared memory"}),
+                    Obstacle{"MappingByASmallSection", makeSmallSection, L"Unable to map shared memory"},
+                    Obstacle{"MappingByASectionWithoutMemory", makeEmptyRoom, L"Unable to map shared memory"}),
     [](const auto& row) { return std::string(row.param.name); });
 
 TEST_P(SectionFailure, IsShownInABoxOfTheHostProgramWithOneButton) {
@@ -304,6 +313,17 @@ TEST_P(SectionFailure, ThreadsThatLoadOrStartWhileTheBoxStandsGoOnAfterIt) {
 }
 
 class SmallSection : public WindowsProcesses {};
+
+TEST_F(SmallSection, OrOneWithoutMemoryIsNoneForWhoJoinsOrLooks) {
+    const platform::Platform& platform = platform::hostPlatform();
+    for (HANDLE (*make)() : {makeSmallSection, makeEmptyRoom}) {
+        const HANDLE section = make();
+        ASSERT_NE(section, nullptr);
+        EXPECT_EQ(platform.openSection(sectionName(), kSharedAreaBytes), nullptr);
+        EXPECT_EQ(platform.lookAtSection(sectionName(), kSharedAreaBytes), nullptr);
+        ::CloseHandle(section);
+    }
+}
 
 TEST_F(SmallSection, StaysAsItIs) {
     const HANDLE section = makeSmallSection();

@@ -37,7 +37,7 @@ constexpr char kWatchFooter[] =
     R"(On a terminal the table is drawn anew in place. Otherwise there is one line for each channel at first, and
 later one for each whose value has changed or become stale, checked each interval; its fields, separated by
 tabs: time of reading, channel, value, unit, age in seconds, "stale" or nothing. While a recording is being played
-the title says REPLAY, and the last field begins with "replay".
+the title says REPLAY, and the last field begins with "replay". Without shared data it waits, and makes none.
 
 With --all on a terminal keys choose what is shown: n, a, c sort by name, age or number; / and a text search; v shows
 channels without a value too; b and B go to another boat; arrows, PgUp, PgDn, Home and End scroll; q ends. "Writes/s"

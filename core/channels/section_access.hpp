@@ -88,11 +88,12 @@ inline std::uint64_t& wordOf(ChannelValue& record, std::size_t word) noexcept {
 }
 } // namespace detail
 
-/// Copies a record out of the section as two 8-byte loads.
+/// Copies a record out of the section as two 8-byte loads, the payload first: it is stored last. So who meets the first
+/// write over a record of zeros, as boat 1 has them, gets a zero or the value, and not the value's bits by the kind 0.
 [[nodiscard]] inline Record loadRecord(const ChannelValue& from) noexcept {
     auto& record = const_cast<ChannelValue&>(from);
-    const std::uint64_t header = readOnce(detail::wordOf(record, 0));
-    return {header, readOnce(detail::wordOf(record, detail::kPayloadWord))};
+    const std::uint64_t payload = readOnce(detail::wordOf(record, detail::kPayloadWord));
+    return {readOnce(detail::wordOf(record, 0)), payload};
 }
 
 /// Copies a record into the section as two 8-byte stores, header first.

@@ -44,7 +44,9 @@ void readAll(const Library& library) {
     for (const Place& place : victimPlaces()) {
         double value = 0;
         std::uint16_t source = 0;
-        if (library.getZanVar(place.channel, &value, place.boat, &source) != 0 && !isPlausible(value, place)) say("!");
+        if (library.getZanVar(place.channel, &value, place.boat, &source) == 0 || isPlausible(value, place)) continue;
+        std::fprintf(stderr, "channel %u of boat %u was %.17g\n", place.channel, place.boat, value);
+        say("!");
     }
 }
 

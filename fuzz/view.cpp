@@ -390,6 +390,8 @@ class Run {
         const std::uint64_t window = during([&] { return tlm_view_host_window(view_.get()); });
         if (still && count != boats()) fail("another number of boats", count);
         if (stillThen && window != raw<std::uint64_t>(place::kHostWindow)) fail("another window");
+        const std::int32_t replay = during([&] { return tlm_view_is_replay(view_.get()); });
+        if (replay < 0 || replay > (isAttached() ? 1 : 0)) fail("no truth about a replay");
         if (tlm_view_interface() != TLM_VIEW_INTERFACE) fail("another interface");
     }
     /// No view at all: what needs none answers.

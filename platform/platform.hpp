@@ -213,7 +213,7 @@ class Platform {
     /// Where settings are a text of the user's: what in it counts for nothing. Empty where they are none.
     [[nodiscard]] virtual std::vector<SettingsComplaint> settingsComplaints() const { return {}; }
 
-    // --- files and folders
+    // --- files and folders; a path ends at its first NUL
 
     /// The separator that joins names into a path.
     [[nodiscard]] virtual char16_t separator() const noexcept = 0;
@@ -221,8 +221,8 @@ class Platform {
     [[nodiscard]] virtual bool caseSensitivePaths() const noexcept = 0;
     /// The folder for data of programs (per machine on Windows, per user on Linux). Empty on failure.
     [[nodiscard]] virtual std::u16string programDataFolder() const = 0;
-    /// Path of this process's main executable, cut as the system cuts it at 260 characters. Empty on
-    /// failure.
+    /// Path of this process's main executable: on Windows at most 259 characters, which its functions cut it to, on
+    /// Linux whole. Empty on failure.
     [[nodiscard]] virtual std::u16string hostExecutable() const = 0;
     /// True when any file-system object has this name.
     [[nodiscard]] virtual bool exists(const std::u16string& path) const = 0;

@@ -172,7 +172,7 @@ TALLOWMERE_API void SetZanUserVarName(uint16_t index, const char* name) TALLOWME
  *  - 1 when stored, 0 when refused: the channel is blocked or write-locked, the boat is 2 to 99 and
  *    does not keep that channel, or there is no section;
  *  - 1 WITHOUT storing for the own boat's satellite-fix channels (Lat, Lon, COG, SOG, ...) unless a
- *    host accepts them (system integer 6 is 3);
+ *    host accepts them (system integer 6 is 3), without a section too;
  *  - the low byte of (channel - 1) WITHOUT storing when channel or boat is out of range: 0xFF for
  *    channel 0, 0x9D for channel 414, 0 for channel 1 of boat 100. So true does not prove a write;
  *    read the value back where that matters.

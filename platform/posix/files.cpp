@@ -11,9 +11,9 @@
 namespace tallowmere::platform::posix {
 namespace {
 
-/// A path as the system takes it; empty, which names nothing, when a NUL would cut it short.
+/// A path as the system takes it: up to its first NUL.
 std::string systemPath(const std::u16string& path) {
-    return path.find(u'\0') == path.npos ? narrowText(path) : std::string();
+    return narrowText(path.substr(0, path.find(u'\0')));
 }
 
 /// The kind of object that a path leads to; 0 when there is none.

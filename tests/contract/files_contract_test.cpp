@@ -97,6 +97,16 @@ TEST_P(FilesContract, OnlyAFileIsOpened) {
     EXPECT_EQ(platform.openFile(u""), nullptr);
 }
 
+TEST_P(FilesContract, APathEndsAtItsFirstNul) {
+    const std::u16string path = inFolder(u"file");
+    fixture->putFile(path, "abc");
+    const std::u16string longer = path + std::u16string(u"\0.txt", 5);
+    EXPECT_EQ(readAll(longer), "abc");
+    EXPECT_TRUE(platform.exists(longer));
+    EXPECT_NE(platform.openXml(longer), nullptr);
+    EXPECT_FALSE(platform.exists(std::u16string(1, u'\0') + path));
+}
+
 TEST_P(FilesContract, NamesMayHaveAnyCharacters) {
     const std::u16string path = inFolder(u"gr\u00FC\u00DFe \u4E2D \U0001F6A2.txt");
     ASSERT_TRUE(platform.appendLine(path, "x"));

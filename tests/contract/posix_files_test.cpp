@@ -51,16 +51,6 @@ TEST_F(PosixFiles, DevicesAreNoFiles) {
     EXPECT_FALSE(platform_.appendLine(u"/dev/null", "x"));
 }
 
-TEST_F(PosixFiles, APathWithANulNamesNothing) {
-    writeBytes(surroundings_.top() / "file", "x");
-    const std::u16string cut = path("file") + u'\0' + u"more";
-    EXPECT_FALSE(platform_.exists(cut));
-    EXPECT_EQ(platform_.openFile(cut), nullptr);
-    EXPECT_EQ(platform_.openXml(cut), nullptr);
-    EXPECT_FALSE(platform_.appendLine(cut, "y"));
-    EXPECT_EQ(readBytes(surroundings_.top() / "file"), "x");
-}
-
 TEST_F(PosixFiles, NewFilesAndFoldersHaveTheRightsThatTheMaskLeaves) {
     const mode_t before = ::umask(027);
     platform_.makeDirectory(path("folder"));

@@ -44,6 +44,11 @@ template <class Map> auto findName(Map& map, const std::u16string& name, bool ca
                         [&](const auto& entry) { return lowered(entry.first) == lowered(name); });
 }
 
+/// A path ends at its first NUL.
+template <class Machine> auto findFile(Machine& machine, const std::u16string& path) {
+    return findName(machine.files, path.substr(0, path.find(u'\0')), machine.caseSensitive);
+}
+
 bool isHighSurrogate(char16_t c) {
     return c >= 0xD800 && c <= 0xDBFF;
 }
@@ -389,12 +394,12 @@ std::u16string MemoryPlatform::hostExecutable() const {
 
 bool MemoryPlatform::exists(const std::u16string& path) const {
     if (machine_.state_->fails(machine_, Step::Exists)) return false;
-    return findName(machine_.files, path, machine_.caseSensitive) != machine_.files.end();
+    return findFile(machine_, path) != machine_.files.end();
 }
 
 bool MemoryPlatform::isDirectory(const std::u16string& path) const {
     if (machine_.state_->fails(machine_, Step::IsDirectory)) return false;
-    const auto found = findName(machine_.files, path, machine_.caseSensitive);
+    const auto found = findFile(machine_, path);
     return found != machine_.files.end() && !found->second.has_value();
 }
 
@@ -409,14 +414,14 @@ void MemoryPlatform::makeDirectory(const std::u16string& path) const {
 
 std::unique_ptr<FileReader> MemoryPlatform::openFile(const std::u16string& path) const {
     if (machine_.state_->fails(machine_, Step::OpenFile)) return nullptr;
-    const auto found = findName(machine_.files, path, machine_.caseSensitive);
+    const auto found = findFile(machine_, path);
     if (found == machine_.files.end() || !found->second.has_value()) return nullptr;
     return std::make_unique<MemoryMachine::State::Reader>(machine_, *found->second);
 }
 
 std::unique_ptr<XmlReader> MemoryPlatform::openXml(const std::u16string& path) const {
     if (machine_.state_->fails(machine_, Step::OpenXml)) return nullptr;
-    const auto found = findName(machine_.files, path, machine_.caseSensitive);
+    const auto found = findFile(machine_, path);
     if (found == machine_.files.end() || !found->second.has_value()) return nullptr;
     if (found->second->size() > static_cast<std::size_t>(kLargestDocument)) return nullptr;
     return std::make_unique<MemoryMachine::State::Xml>(machine_, *found->second);

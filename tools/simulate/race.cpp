@@ -23,8 +23,8 @@ Race::Race(std::uint32_t seed) : chance_(seed), wind_(chance_), course_(courseFo
         // The own boat starts in the middle, the others left and right of it.
         const std::size_t lane = index == 0 ? boats / 2 : (index <= boats / 2 ? index - 1 : index);
         const double slot = -0.45 + 0.9 * static_cast<double>(lane) / static_cast<double>(boats - 1);
-        const Vector position =
-            course_.onLine(slot + chance_.between(-0.1, 0.1)) - course_.upwind(chance_.between(90.0, 170.0));
+        const double behind = chance_.between(90.0, 170.0); // metres
+        const Vector position = course_.onLine(slot + chance_.between(-0.1, 0.1)) - course_.upwind(behind);
         const bool starboard = chance_.between(0.0, 1.0) < 0.5;
         const double heading = bearing360(Wind::kMeanDirection + (starboard ? -90.0 : 90.0));
         const double factor = index == 0 ? 1.0 : chance_.between(0.94, 1.02);

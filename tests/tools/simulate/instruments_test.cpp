@@ -182,12 +182,13 @@ TEST_F(Instruments, TimeGoesOnOverMidnight) {
 
 TEST_F(Instruments, RivalsReportEveryFewSeconds) {
     std::map<BoatIndex, double> lastChange;
-    std::map<BoatIndex, double> latitude;
+    std::map<BoatIndex, std::pair<double, double>> position;
     for (int count = 0; count < 120; ++count) {
         second();
         for (BoatIndex boat = 1; boat <= kRivals; ++boat) {
-            if (value(ZAN_LAT, boat) != latitude[boat]) lastChange[boat] = race.time();
-            latitude[boat] = value(ZAN_LAT, boat);
+            const std::pair here(value(ZAN_LAT, boat), value(ZAN_LON, boat));
+            if (here != position[boat]) lastChange[boat] = race.time();
+            position[boat] = here;
             if (count > 10) {
                 EXPECT_LE(race.time() - lastChange[boat], 8.0) << boat;
             }

@@ -32,7 +32,8 @@ class BoatChecker {
 
   private:
     void attribute(const platform::XmlAttribute& attribute, const ElementReport& report) {
-        const auto& [name, value] = attribute;
+        const std::u16string_view name = attribute.name;
+        const std::u16string_view value = attribute.value;
         const auto is = [&](std::u16string_view other) { return equalsIgnoringCase(name, other); };
         if (is(u"id"))
             id(value, report);

@@ -36,11 +36,11 @@ std::optional<Selection> select(const tools::CommandContext& context, const Reco
         return std::nullopt;
     }
     std::ranges::sort(*channels);
-    channels->erase(std::ranges::unique(*channels).begin(), channels->end());
+    channels->erase(std::unique(channels->begin(), channels->end()), channels->end());
     Selection selection{std::move(*channels), {}};
     for (const int boat : options.boats) selection.boats.push_back(static_cast<BoatIndex>(boat));
     std::ranges::sort(selection.boats);
-    selection.boats.erase(std::ranges::unique(selection.boats).begin(), selection.boats.end());
+    selection.boats.erase(std::unique(selection.boats.begin(), selection.boats.end()), selection.boats.end());
     return selection;
 }
 

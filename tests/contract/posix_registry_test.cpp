@@ -330,6 +330,10 @@ TEST(RegistryComplaints, AValueSetTwiceIsTold) {
         (std::vector<std::string>{"6 sets the value of line 4 again"}));
 }
 
+TEST(RegistryComplaints, AValueDeletedBeforeItIsSetIsProper) {
+    EXPECT_TRUE(complaintsAbout(kHeader + kKeyLine + "\"v\"=-\n\"v\"=dword:1\n").empty());
+}
+
 TEST(RegistryComplaints, ValuesThatBelongToNoKeyOfTheUserAreTold) {
     EXPECT_EQ(complaintsAbout("\"v\"=dword:1\n[HKEY_LOCAL_MACHINE\\a]\n\"v\"=dword:1\n[-HKCU\\a]\n\"v\"=dword:1"),
               (std::vector<std::string>{"1 is a value before the first key",

@@ -13,8 +13,10 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 find_program(TALLOWMERE_CCACHE ccache)
 if(TALLOWMERE_CCACHE)
-    set(CMAKE_C_COMPILER_LAUNCHER ${TALLOWMERE_CCACHE})
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${TALLOWMERE_CCACHE})
+    # It knows what a precompiled header is made of only where it is told to trust the headers' own dates and macros.
+    set(launcher ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${TALLOWMERE_CCACHE})
+    set(CMAKE_C_COMPILER_LAUNCHER ${launcher})
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
 endif()
 
 add_library(tallowmere_options INTERFACE)
@@ -26,6 +28,9 @@ else()
         -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Werror
         # The same bits on every compiler: no fused multiply-add where the source has two operations.
         -ffp-contract=off)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        target_compile_options(tallowmere_options INTERFACE -fpch-preprocess) # for ccache
+    endif()
     target_compile_options(tallowmere_options INTERFACE -ffunction-sections -fdata-sections
         # g++ would pack the two words of a value record into one wide register, by way of the stack.
         -fno-tree-slp-vectorize)
@@ -47,6 +52,9 @@ endif()
 if(TALLOWMERE_SANITIZE)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        add_link_options(-fsanitize-link-c++-runtime -lstdc++) # for the library's checks, where a client is in C
+    endif()
 endif()
 if(TALLOWMERE_FUZZ)
     if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")

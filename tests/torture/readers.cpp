@@ -55,10 +55,10 @@ struct Seen {
 /// A record of one kind and a value that somebody wrote.
 bool readRecord(const Library& library, const Place& place, double& value) {
     std::uint16_t source = 0;
-    std::array<std::uint64_t, 2> record{};
-    const bool has = library.getZanVar2(place.channel, record.data(), place.boat, &source) != 0;
-    value = std::bit_cast<double>(record[1]);
-    return has && record[0] == static_cast<std::uint64_t>(StorageKind::Double);
+    ChannelValue record{};
+    const bool has = library.getZanVar2(place.channel, &record, place.boat, &source) != 0;
+    value = record.payload.number;
+    return has && std::bit_cast<std::array<std::uint64_t, 2>>(record)[0] == ZAN_KIND_DOUBLE;
 }
 
 bool readValue(const Library& library, const Place& place, double& value) {

@@ -2,6 +2,8 @@
 // time, how long a call really took, what a process holds.
 #pragma once
 
+#include <tallowmere/tallowmere.h>
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -52,10 +54,10 @@ class Library {
     Library(const Library&) = delete;
     Library& operator=(const Library&) = delete;
 
-    std::uint8_t (*getZanVar)(std::uint16_t, double*, std::uint16_t, std::uint16_t*) = nullptr;
-    std::uint8_t (*getZanVar2)(std::uint16_t, void*, std::uint16_t, std::uint16_t*) = nullptr;
-    std::uint8_t (*setZanVar)(std::uint16_t, double, std::uint16_t) = nullptr;
-    std::uint8_t (*getSysVar)(std::uint16_t, double*) = nullptr;
+    decltype(&GetZanVar) getZanVar = nullptr;
+    decltype(&GetZanVar2) getZanVar2 = nullptr;
+    decltype(&SetZanVar) setZanVar = nullptr;
+    decltype(&GetSysVar) getSysVar = nullptr;
 
   private:
     void* module_ = nullptr;

@@ -326,7 +326,7 @@ class View:
         """True while a recording is being played into the section: its values are not live. False without one."""
         with self._lock:
             self._refresh()
-            return self._library.tlm_view_is_replay(self._handle) != 0
+            return bool(self._library.tlm_view_is_replay(self._handle) != 0)
 
     def channel(self, channel: ChannelLike) -> Channel:
         return Channel(self, self._channel_number(channel))

@@ -268,19 +268,6 @@ class Samples(Case):
                 tallowmere.samples(**arguments)
         self.assertEqual(list(tallowmere.samples(["BSP"], count=0)), [])
 
-    def test_make_a_table(self) -> None:
-        try:
-            import pandas
-        except ImportError:
-            self.skipTest("pandas is not installed (python3-pandas)")
-        tallowmere.set("BSP", 6.4)
-        tallowmere.set("AWA", None)
-        table = pandas.DataFrame(tallowmere.samples(["BSP", "AWA"], interval=0.01, count=3))
-        self.assertEqual(list(table.columns), ["time", "BSP", "AWA"])
-        self.assertEqual(table["BSP"].tolist(), [6.4] * 3)
-        self.assertTrue(table["AWA"].isna().all())
-        self.assertEqual(str(table["time"].dt.tz), "UTC")
-
 
 class AmongPrograms(Case):
     """Each in a program of its own, for this one holds the section."""

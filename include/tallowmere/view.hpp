@@ -5,7 +5,9 @@
 
 #include <tallowmere/view.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <new>
 #include <optional>
 #include <string>
@@ -153,13 +155,11 @@ class View {
         return Value(value);
     }
     [[nodiscard]] Group read(const std::vector<std::uint16_t>& channels, std::uint16_t boat = 0) const {
-        std::vector<tlm_view_value> values(channels.size());
-        Group group;
-        (void)tlm_view_read_group(view_, boat, channels.data(), static_cast<std::uint32_t>(channels.size()),
-                                  values.data(), &group.raw);
-        group.values.reserve(values.size());
-        for (const tlm_view_value& value : values) group.values.emplace_back(value);
-        return group;
+        return readGroup(channels.data(), channels.size(), boat);
+    }
+    /// In braces: read({ZAN_BSP}) is a group of one.
+    [[nodiscard]] Group read(std::initializer_list<std::uint16_t> channels, std::uint16_t boat = 0) const {
+        return readGroup(channels.begin(), channels.size(), boat);
     }
 
     [[nodiscard]] std::optional<double> variable(std::uint16_t index) const noexcept {
@@ -184,6 +184,15 @@ class View {
     [[nodiscard]] tlm_view* get() const noexcept { return view_; }
 
   private:
+    [[nodiscard]] Group readGroup(const std::uint16_t* channels, std::size_t count, std::uint16_t boat) const {
+        std::vector<tlm_view_value> values(count);
+        Group group;
+        (void)tlm_view_read_group(view_, boat, channels, static_cast<std::uint32_t>(count), values.data(), &group.raw);
+        group.values.reserve(count);
+        for (const tlm_view_value& value : values) group.values.emplace_back(value);
+        return group;
+    }
+
     tlm_view* view_;
 };
 

@@ -55,6 +55,15 @@ TEST_F(LiveView, ShowsWhatIsWritten) {
     EXPECT_EQ(group.raw.section_generation, view_.generation());
 }
 
+TEST_F(LiveView, AGroupHasOneValueOrNone) {
+    ASSERT_EQ(SetZanVar(ZAN_BSP, 6.4, 3), 1);
+    const view::Group one = view_.read({ZAN_BSP}, 3);
+    ASSERT_EQ(one.values.size(), 1U);
+    EXPECT_EQ(one.values[0].number(), 6.4);
+    EXPECT_EQ(view_.read(std::vector<std::uint16_t>{ZAN_BSP}, 3).values.at(0).number(), 6.4);
+    EXPECT_TRUE(view_.read({}).values.empty());
+}
+
 TEST_F(LiveView, TellsAReplayByTheOwnBoatsName) {
     EXPECT_FALSE(view_.isReplay());
     putText(kBoatEntries + 6, u"[REPLAY]");

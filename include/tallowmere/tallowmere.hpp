@@ -12,6 +12,7 @@
 
 #include <tallowmere/tallowmere.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -21,11 +22,12 @@
 
 namespace tallowmere::client {
 
-/// No channel has this name.
+/// No channel has this name. The text tells the name that a channel has with letters of another case, if there is one.
 class UnknownName : public std::invalid_argument {
   public:
-    explicit UnknownName(std::string_view name)
-        : std::invalid_argument("no channel is named \"" + std::string(name) + "\"") {}
+    explicit UnknownName(std::string_view name, const std::string& similar = {})
+        : std::invalid_argument("no channel is named \"" + std::string(name) + "\"" +
+                                (similar.empty() ? "" : "; did you mean \"" + similar + "\"?")) {}
 };
 
 /// The number of a channel, 0 to 413.
@@ -44,20 +46,18 @@ class Channel {
         return index < kUserChannels ? Channel(ZAN_USER_0 + index)
                                      : throw std::out_of_range("user channels are 0 to 31");
     }
-    /// The channel with this short name, as GetZanVarName gives it; of several the lowest. Empty when there is none.
+    /// The channel with this short name, as GetZanVarName gives it, letters as written; of several the lowest. Empty
+    /// when there is none.
     [[nodiscard]] static std::optional<Channel> find(std::string_view name) noexcept {
-        if (name.empty()) return std::nullopt;
-        for (unsigned number = 0; number < ZAN_CHANNEL_COUNT; ++number) {
-            std::array<char, ZAN_NAME_BYTES> each;
-            GetZanVarName(static_cast<std::uint16_t>(number), each.data());
-            if (name == each.data()) return Channel(number);
-        }
-        return std::nullopt;
+        return findIf(name, [](char a, char b) { return a == b; });
     }
     /// The same. Throws UnknownName when there is none.
     [[nodiscard]] static Channel named(std::string_view name) {
         const std::optional<Channel> found = find(name);
-        return found ? *found : throw UnknownName(name);
+        if (found) return *found;
+        const auto lower = [](char letter) { return 'A' <= letter && letter <= 'Z' ? letter - 'A' + 'a' : letter; };
+        const auto similar = findIf(name, [lower](char a, char b) { return lower(a) == lower(b); });
+        throw UnknownName(name, similar ? similar->name() : std::string());
     }
 
     [[nodiscard]] constexpr std::uint16_t number() const noexcept { return number_; }
@@ -72,6 +72,19 @@ class Channel {
     friend constexpr bool operator!=(Channel a, Channel b) noexcept { return !(a == b); }
 
   private:
+    /// The lowest channel whose short name has the same letters.
+    template <class SameLetter>
+    [[nodiscard]] static std::optional<Channel> findIf(std::string_view name, SameLetter same) noexcept {
+        if (name.empty()) return std::nullopt;
+        for (unsigned number = 0; number < ZAN_CHANNEL_COUNT; ++number) {
+            std::array<char, ZAN_NAME_BYTES> text;
+            GetZanVarName(static_cast<std::uint16_t>(number), text.data());
+            const std::string_view each = text.data();
+            if (std::equal(name.begin(), name.end(), each.begin(), each.end(), same)) return Channel(number);
+        }
+        return std::nullopt;
+    }
+
     static constexpr unsigned kUserChannels = ZAN_USER_31 - ZAN_USER_0 + 1;
     std::uint16_t number_;
 };

@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <type_traits>
+#include <utility>
 
 namespace tallowmere::client {
 namespace {
@@ -67,11 +68,22 @@ TEST_F(Wrapper, NamesFindChannels) {
     EXPECT_EQ(Channel::find("nothing"), std::nullopt);
     EXPECT_EQ(Channel::find(""), std::nullopt); // channel 0 has an empty name
     EXPECT_EQ(Channel::find("a name of more than fifteen letters"), std::nullopt);
-    try {
-        (void)Channel::named("BPS");
-        ADD_FAILURE() << "found";
-    } catch (const UnknownName& error) {
-        EXPECT_STREQ(error.what(), "no channel is named \"BPS\"");
+    EXPECT_EQ(Channel::find("bsp"), std::nullopt);
+}
+
+TEST_F(Wrapper, UnknownNamesAreToldWithTheOneInAnotherCase) {
+    const std::pair<const char*, const char*> names[] = {
+        {"BPS", "no channel is named \"BPS\""},
+        {"bsp", "no channel is named \"bsp\"; did you mean \"BSP\"?"},
+        {"", "no channel is named \"\""},
+    };
+    for (const auto& [name, text] : names) {
+        try {
+            (void)Channel::named(name);
+            ADD_FAILURE() << name << " was found";
+        } catch (const UnknownName& error) {
+            EXPECT_STREQ(error.what(), text);
+        }
     }
 }
 

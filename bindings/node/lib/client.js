@@ -16,6 +16,7 @@ function write(channel, value, boat) {
 function nameUserChannel(index, name) {
     if (!Number.isInteger(index) || index < 0 || index >= USER_CHANNELS)
         throw new RangeError(`user channels are 0 to ${USER_CHANNELS - 1}, not ${index}`);
+    if (typeof name !== 'string') throw new TypeError(`a name is a text, not ${String(name)}`);
     if (Buffer.byteLength(name) > NAME_BYTES || name.includes('\0'))
         throw new RangeError(`a name has at most ${NAME_BYTES} bytes and no NUL: ${name}`);
     // There the library expects the ANSI code page, which Node cannot write.

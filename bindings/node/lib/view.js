@@ -142,13 +142,23 @@ class View {
     #channelNumber(channel) {
         if (typeof channel === 'string') {
             const found = this.#find('tlm_view_find_channel', channel);
-            if (found === native.NO_CHANNEL) throw new UnknownChannelError(`no channel is named "${channel}"`);
+            if (found === native.NO_CHANNEL)
+                throw new UnknownChannelError(`no channel is named "${channel}"${this.#similar(channel)}`);
             return found;
         }
         const number = channel instanceof Channel ? channel.number : channel;
         if (!Number.isInteger(number) || number < 0 || number >= CHANNELS)
             throw new UnknownChannelError(`channels are 0 to ${CHANNELS - 1}, not ${String(number)}`);
         return number;
+    }
+
+    /** For the text of an error: the name that differs in the case of its letters only. */
+    #similar(unknown) {
+        const wanted = unknown.toLowerCase();
+        for (const { name, longName } of this.channels())
+            for (const each of [name, longName])
+                if (each !== '' && each.toLowerCase() === wanted) return `; did you mean "${each}"?`;
+        return '';
     }
 
     #boatNumber(boat) {
@@ -207,6 +217,7 @@ class View {
     }
 
     readGroup(channels, boat = 0) {
+        if (!Array.isArray(channels)) throw new TypeError('channels is an array of channels');
         const numbers = Uint16Array.from(channels, (channel) => this.#channelNumber(channel));
         const size = native.SIZES.value;
         const values = Buffer.alloc(numbers.length * size);

@@ -26,6 +26,8 @@ def name_user_channel(index: int, name: str) -> None:
     """
     if not 0 <= index < _native.USER_CHANNELS:
         raise IndexError(f"user channels are 0 to {_native.USER_CHANNELS - 1}, not {index}")
+    if not isinstance(name, str):
+        raise TypeError(f"a name is a text, not {name!r}")
     encoded = name.encode("mbcs" if sys.platform == "win32" else "utf-8")
     if len(encoded) > _native.NAME_BYTES or b"\0" in encoded:
         raise ValueError(f"a name has at most {_native.NAME_BYTES} bytes and no NUL: {name!r}")

@@ -23,13 +23,11 @@ def samples(
     stale: bool,
     ages: bool,
 ) -> Iterator[Sample]:
-    if isinstance(channels, str):
-        raise TypeError("channels is a list of channels, not one text")
+    numbers = view._channel_numbers(channels)
     if not 0 <= interval <= LONGEST_INTERVAL:
         raise ValueError(f"the interval is 0 to {LONGEST_INTERVAL} seconds, not {interval}")
     if count is not None and count < 0:
         raise ValueError(f"the count is 0 or more, not {count}")
-    numbers = [view.channel(channel).number for channel in channels]
     names = [_column(view, channel) for channel in channels]
     columns = ["time", *names, *(f"{name} age" for name in names if ages)]
     if len(set(columns)) != len(columns):

@@ -298,12 +298,25 @@ class View:
         if isinstance(channel, str):
             found = self.find_channel(channel)
             if found is None:
-                raise UnknownChannel(f"no channel is named {channel!r}")
+                raise UnknownChannel(f"no channel is named {channel!r}{self._similar(channel)}")
             return found.number
-        number = operator.index(channel)
+        number = _number(channel)
         if not 0 <= number < _native.CHANNELS:
             raise UnknownChannel(f"channels are 0 to {_native.CHANNELS - 1}, not {number}")
         return number
+
+    def _channel_numbers(self, channels: Sequence[ChannelLike]) -> List[int]:
+        if isinstance(channels, str):
+            raise TypeError("channels is a list of channels, not one text")
+        return [self._channel_number(channel) for channel in channels]
+
+    def _similar(self, unknown: str) -> str:
+        """For the text of an error: the name that differs in the case of its letters only."""
+        for channel in self.channels():
+            for name in filter(None, (channel.name, channel.long_name)):
+                if name.casefold() == unknown.casefold():
+                    return f"; did you mean {name!r}?"
+        return ""
 
     def _boat_number(self, boat: BoatLike) -> int:
         if isinstance(boat, str):
@@ -311,7 +324,7 @@ class View:
             if found is None:
                 raise UnknownBoat(f"no boat is named {boat!r}")
             return found.number
-        number = operator.index(boat)
+        number = _number(boat)
         if not 0 <= number < _native.BOATS:
             raise UnknownBoat(f"boats are 0 to {_native.BOATS - 1}, not {number}")
         return number
@@ -371,7 +384,7 @@ class View:
 
     def read_group(self, channels: Sequence[ChannelLike], boat: BoatLike = 0) -> Group:
         """Many channels of one boat that belong to one moment."""
-        numbers = [self._channel_number(channel) for channel in channels]
+        numbers = self._channel_numbers(channels)
         count = len(numbers)
         values = (_native.Value * count)()
         group, quiet = self._filled_group((ctypes.c_uint16 * count)(*numbers), count, values, self._boat_number(boat))
@@ -418,6 +431,12 @@ class View:
         """The man-overboard mark; None when nobody has raised an alarm."""
         out, found = self._filled(_native.Mob, "tlm_view_get_mob")
         return Mob(out.latitude, out.longitude, out.name.decode("ascii", "replace")) if found else None
+
+
+def _number(number: SupportsIndex) -> int:
+    if isinstance(number, bool):  # an int too, but nobody means channel or boat 1 by it
+        raise TypeError(f"a number, a name or an object, not {number}")
+    return operator.index(number)
 
 
 def _index(index: int, count: int) -> int:

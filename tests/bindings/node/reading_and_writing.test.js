@@ -135,6 +135,17 @@ describe('names', () => {
         assert.equal(t.findBoat('nobody'), null);
     });
 
+    test('a name in another case is told the right one', () => {
+        for (const [wrong, right] of [['bsp', '; did you mean "BSP"?'], ['barometer', '; did you mean "Barometer"?'], ['x', '']])
+            assert.throws(() => t.get(wrong), { name: 'UnknownChannelError', message: `no channel is named "${wrong}"${right}` });
+    });
+
+    test('one text is no array of channels', () => {
+        for (const read of [t.readGroup, (channels) => t.boat(0).readGroup(channels), t.samples])
+            for (const nothing of ['BSP', 1, null, undefined])
+                assert.throws(() => read(nothing), { name: 'TypeError', message: 'channels is an array of channels' });
+    });
+
     test('user channels are named for all', () => {
         t.nameUserChannel(3, 'Möwe');
         assert.equal(t.channel('Möwe').number, ChannelId.USER_3);
@@ -142,6 +153,8 @@ describe('names', () => {
         assert.equal(t.channel(ChannelId.USER_3).name, 'User 3');
         for (const [index, name] of [[32, 'x'], [-1, 'x'], [3, 'x'.repeat(16)], [3, 'ö'.repeat(8)], [3, 'a\0b']])
             assert.throws(() => t.nameUserChannel(index, name), RangeError);
+        for (const name of [5, null, undefined, Buffer.from('x'), Symbol('x')])
+            assert.throws(() => t.nameUserChannel(3, name), { name: 'TypeError', message: `a name is a text, not ${String(name)}` });
     });
 
     test('objects do what the functions do', () => {

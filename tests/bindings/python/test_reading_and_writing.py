@@ -157,10 +157,24 @@ class Names(Case):
         for nothing in (-1, 100, 65536, "nobody", ""):
             with self.assertRaises(tallowmere.UnknownBoat):
                 tallowmere.read("BSP", nothing)
-        with self.assertRaises(TypeError):
-            tallowmere.get(1.5)
+        for number in (1.5, True, None):
+            with self.assertRaises(TypeError):
+                tallowmere.get(number)
+            with self.assertRaises(TypeError):
+                tallowmere.get("BSP", number)
         self.assertIsNone(tallowmere.find_channel("bsp"))
         self.assertIsNone(tallowmere.find_boat("nobody"))
+
+    def test_a_name_in_another_case_is_told_the_right_one(self) -> None:
+        for wrong, right in (("bsp", "; did you mean 'BSP'?"), ("barometer", "; did you mean 'Barometer'?"), ("x", "")):
+            with self.assertRaises(tallowmere.UnknownChannel) as raised:
+                tallowmere.get(wrong)
+            self.assertEqual(str(raised.exception), f"no channel is named {wrong!r}{right}")
+
+    def test_one_text_is_no_list_of_channels(self) -> None:
+        for function in (tallowmere.read_group, tallowmere.boat(0).read_group, tallowmere.samples):
+            with self.assertRaisesRegex(TypeError, "list of channels"):
+                function("BSP")
 
     def test_user_channels_are_named_for_all(self) -> None:
         tallowmere.name_user_channel(3, "Möwe")
@@ -172,6 +186,8 @@ class Names(Case):
         for refused in ("x" * 16, "ö" * 8, "a\0b"):
             with self.assertRaises(ValueError):
                 tallowmere.name_user_channel(3, refused)
+        with self.assertRaisesRegex(TypeError, "a name is a text, not 5"):
+            tallowmere.name_user_channel(3, 5)
 
     def test_objects_do_what_the_functions_do(self) -> None:
         bsp = tallowmere.channel("BSP")

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <limits>
 
 namespace tallowmere::tools {
 namespace {
@@ -30,27 +31,46 @@ struct ColumnDef {
     Column column;
     Table::Align align;
     const char* title;
-    std::uint8_t leaves; // the order in which columns give way on a narrow screen, from 1; 0: never
+    std::uint8_t leaves; // 1 to 6: the order in which columns give way on a narrow screen; 0: never
 };
 
 constexpr ColumnDef kColumns[] = {
     {Column::Number, Table::Align::Right, "No.", 4},   {Column::Name, Table::Align::Left, "Channel", 0},
     {Column::Value, Table::Align::Right, "Value", 0},  {Column::Unit, Table::Align::Left, "Unit", 3},
     {Column::Age, Table::Align::Right, "Age", 5},      {Column::State, Table::Align::Left, "State", 2},
-    {Column::Source, Table::Align::Left, "Source", 1}, {Column::Rate, Table::Align::Right, "Writes/s", 0},
+    {Column::Source, Table::Align::Left, "Source", 1}, {Column::Rate, Table::Align::Right, "Writes/s", 6},
     {Column::Mark, Table::Align::Left, "", 0},
 };
-constexpr unsigned kLastToLeave = 5;
 
-std::string cellOf(Column column, const AllRow& row) {
+/// A way to show the table: without the first columns to give way, and with what is wider than this brought down to it.
+struct Layout {
+    unsigned left;
+    std::size_t name;  // columns of the screen
+    std::size_t value; // likewise
+};
+
+constexpr std::size_t kAny = std::numeric_limits<std::size_t>::max();
+/// The first that fits is taken. 12 columns hold all values but moments, 8 all but positions and large numbers.
+constexpr Layout kLayouts[] = {
+    {0, kAny, kAny}, {1, kAny, kAny}, {2, kAny, kAny}, {3, kAny, kAny}, {4, kAny, kAny}, {5, kAny, kAny},
+    {5, kAny, 12},   {5, 12, 12},     {5, 8, 12},      {5, 8, 8},       {6, kAny, 12},   {6, 8, 8},
+};
+constexpr char kTooNarrow[] = "Window too narrow";
+
+/// A value is whole or not shown: part of a number looks like another one.
+std::string valueWithin(std::size_t columns, const std::string& value) {
+    return width(value) > columns ? kCutText : value;
+}
+
+std::string cellOf(Column column, const AllRow& row, const Layout& layout) {
     const Reading& reading = row.reading;
     switch (column) {
     case Column::Number:
         return std::to_string(reading.channel);
     case Column::Name:
-        return reading.channelName;
+        return shortenedTo(layout.name, reading.channelName);
     case Column::Value:
-        return reading.value;
+        return valueWithin(layout.value, reading.value);
     case Column::Unit:
         return reading.unit;
     case Column::Age:
@@ -67,11 +87,11 @@ std::string cellOf(Column column, const AllRow& row) {
     return row.rate.twoLevels ? "2 levels" : "";
 }
 
-/// The lines of the table without the first `left` columns to give way.
-std::vector<std::string> linesWithout(unsigned left, const std::vector<const AllRow*>& rows) {
+/// The titles and the rows.
+std::vector<std::string> linesIn(const Layout& layout, const std::vector<const AllRow*>& rows) {
     std::vector<ColumnDef> columns;
     for (const ColumnDef& each : kColumns)
-        if (each.leaves == 0 || each.leaves > left) columns.push_back(each);
+        if (each.leaves == 0 || each.leaves > layout.left) columns.push_back(each);
     std::vector<Table::Align> aligns;
     std::vector<std::string> cells;
     for (const ColumnDef& each : columns) {
@@ -81,20 +101,21 @@ std::vector<std::string> linesWithout(unsigned left, const std::vector<const All
     Table table(std::move(aligns));
     table.add(cells);
     for (const AllRow* row : rows) {
-        for (std::size_t i = 0; i < columns.size(); ++i) cells[i] = cellOf(columns[i].column, *row);
+        for (std::size_t i = 0; i < columns.size(); ++i) cells[i] = cellOf(columns[i].column, *row, layout);
         table.add(cells);
     }
     return table.lines();
 }
 
-/// The titles and the rows, as many columns of them as fit: what is seen of the writers comes last in a line and must
-/// not be cut off.
-std::vector<std::string> tableLines(const std::vector<const AllRow*>& rows, std::size_t width) {
-    const auto isTooWide = [width](const std::string& line) { return tools::width(line) > width; };
-    std::vector<std::string> lines = linesWithout(0, rows);
-    for (unsigned left = 1; left <= kLastToLeave && std::ranges::any_of(lines, isTooWide); ++left)
-        lines = linesWithout(left, rows);
-    return lines;
+/// The titles and the rows, as much of them as fits: no cell is cut at the edge. Empty when the screen is too narrow
+/// for any sense.
+std::vector<std::string> tableLines(const std::vector<const AllRow*>& rows, std::size_t columns) {
+    const auto fits = [columns](const std::string& line) { return width(line) <= columns; };
+    for (const Layout& layout : kLayouts) {
+        std::vector<std::string> lines = linesIn(layout, rows);
+        if (std::ranges::all_of(lines, fits)) return lines;
+    }
+    return {};
 }
 
 /// Those without an age come last.
@@ -224,6 +245,7 @@ void AllView::draw(ScreenText& screen, const AllRound& round) {
     if (!round.section)
         return screen.put(kHeadRows, Style::Dim, "There is no shared data; waiting for a program that makes it.");
     const std::vector<std::string> lines = tableLines(rows, screen.columns());
+    if (lines.empty()) return screen.put(1, Style::Bold, kTooNarrow);
     screen.put(1, Style::Bold, lines.front());
     for (std::size_t i = 0; i < page_ && top_ + i < shown_; ++i) {
         const AllRow& row = *rows[top_ + i];

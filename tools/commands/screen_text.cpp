@@ -32,7 +32,7 @@ ScreenText::ScreenText(platform::ScreenSize size)
       rows_(static_cast<std::size_t>(std::clamp(size.rows, 4, kMost))) {}
 
 void ScreenText::put(std::size_t row, Style style, std::string_view text) {
-    if (row < rows_.size()) rows_[row] = {style, std::string(cutToWidth(text, columns_))};
+    if (row < rows_.size()) rows_[row] = {style, shortenedTo(columns_, text)};
 }
 
 std::vector<std::string> ScreenText::lines() const {

@@ -20,7 +20,7 @@ class ScreenText {
 
     [[nodiscard]] std::size_t columns() const noexcept { return columns_; } // that can be written
     [[nodiscard]] std::size_t rows() const noexcept { return rows_.size(); }
-    /// Puts a line, cut to the width; below the last row nothing. text: printable UTF-8.
+    /// Puts a line, shortened to the width with a sign that it is; below the last row nothing. text: printable UTF-8.
     void put(std::size_t row, Style style, std::string_view text);
 
     /// The lines without their styles.

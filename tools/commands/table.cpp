@@ -41,7 +41,7 @@ void writeTable(const CommandContext& context, const Table& table) {
     // The last column stays free: some terminals wrap as soon as it is written.
     const std::size_t columns = static_cast<std::size_t>(std::max(context.columns(), 2) - 1);
     for (const std::string& line : table.lines())
-        context.out << (context.terminal ? cutToWidth(line, columns) : std::string_view(line)) << '\n';
+        context.out << (context.terminal ? shortenedTo(columns, line) : line) << '\n';
 }
 
 } // namespace tallowmere::tools

@@ -26,7 +26,7 @@ class Table {
     std::vector<std::vector<std::string>> rows_;
 };
 
-/// The whole table; on a terminal each line is cut to its width, so that none wraps.
+/// The whole table; on a terminal each line is shortened to its width, so that none wraps.
 void writeTable(const CommandContext& context, const Table& table);
 
 } // namespace tallowmere::tools

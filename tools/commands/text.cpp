@@ -42,6 +42,11 @@ std::string_view cutToWidth(std::string_view text, std::size_t columns) noexcept
     return text.substr(0, at);
 }
 
+std::string shortenedTo(std::size_t columns, std::string_view text) {
+    if (width(text) <= columns) return std::string(text);
+    return std::string(cutToWidth(text, columns - 1)) + kCutText;
+}
+
 std::string lowerCased(std::string_view text) {
     std::string lower(text);
     for (char& c : lower)

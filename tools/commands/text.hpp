@@ -17,6 +17,12 @@ using tallowmere::printable;
 /// As many whole characters as fit into so many columns; the text itself when all do.
 [[nodiscard]] std::string_view cutToWidth(std::string_view text, std::size_t columns) noexcept;
 
+/// Stands for what was cut off.
+inline constexpr char kCutText[] = "\u2026";
+
+/// The text, or as much of it as fits with the sign that more was there. columns at least 1.
+[[nodiscard]] std::string shortenedTo(std::size_t columns, std::string_view text);
+
 /// Latin capital letters A to Z made small; everything else stays.
 [[nodiscard]] std::string lowerCased(std::string_view text);
 

@@ -63,7 +63,7 @@ void LiveTable::show(const WatchRound& round) {
 std::vector<std::string> LiveTable::styledLines(const WatchRound& round, std::size_t columns) const {
     std::vector<std::string> styled;
     const auto add = [&](const char* style, const std::string& text) {
-        styled.push_back(style + std::string(cutToWidth(text, columns)) + kPlain);
+        styled.push_back(style + shortenedTo(columns, text) + kPlain);
     };
     add(kBold, round.title + "  " + formatMoment(round.now) + (round.section ? "" : "  no shared data; waiting"));
     const std::vector<std::string> lines = readingTable(round.readings, true).lines();

@@ -43,6 +43,13 @@ TEST(CutToWidth, NeverCutsACharacter) {
     EXPECT_EQ(cutToWidth("abc", 0), "");
 }
 
+TEST(ShortenedTo, SaysThatMoreWasThere) {
+    EXPECT_EQ(shortenedTo(3, "abc"), "abc");
+    EXPECT_EQ(shortenedTo(3, "abcd"), "ab\u2026");
+    EXPECT_EQ(shortenedTo(3, "a\u6C34\u6C34"), "a\u2026");
+    EXPECT_EQ(shortenedTo(1, "-57.0"), "\u2026");
+}
+
 TEST(LowerCased, TouchesLatinCapitalsOnly) {
     EXPECT_EQ(lowerCased("TWD+90\u00B0 \u00C4z"), "twd+90\u00B0 \u00C4z");
 }

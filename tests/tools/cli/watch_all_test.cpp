@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 
 #include <functional>
+#include <set>
+#include <sstream>
 
 namespace tallowmere::test {
 namespace {
@@ -20,13 +22,13 @@ using tools::AllView;
 using tools::ScreenText;
 using tools::Style;
 
-TEST(ScreenText, LinesAreCutToTheWidthAndTheRows) {
+TEST(ScreenText, LinesAreShortenedToTheWidthAndTheRows) {
     ScreenText screen({12, 4});
     EXPECT_EQ(screen.columns(), 11U);
     screen.put(0, Style::Bold, "0123456789abcdef");
     screen.put(1, Style::Plain, "0123456789\u6C34");
     screen.put(4, Style::Plain, "below");
-    EXPECT_EQ(screen.lines(), (std::vector<std::string>{"0123456789a", "0123456789", "", ""}));
+    EXPECT_EQ(screen.lines(), (std::vector<std::string>{"0123456789\u2026", "0123456789\u2026", "", ""}));
 }
 
 TEST(ScreenText, FramePutsEachLineAtItsRow) {
@@ -214,6 +216,42 @@ TEST_F(AllViewTest, OnANarrowScreenWhatIsSeenOfTheWritersStays) {
     }
     EXPECT_THAT(draw({500, 24})[1], HasSubstr("Source"));
     EXPECT_THAT(draw({60, 24})[1], Not(HasSubstr("Source")));
+}
+
+TEST_F(AllViewTest, NoNumberIsShownInPartHoweverNarrowTheScreen) {
+    store(ZAN_AWA, -57);
+    store(ZAN_BSP, 6.4);
+    store(ZAN_LAT, 50.5);
+    area().settings[ZAN_AWA].precision = 1;
+    const std::set<std::string> whole{"2025-11-22T00:00:00Z", "-57.0", "6.40", "50\u00B030.000'N", "\u2026"};
+    for (const bool marked : {false, true}) {
+        rate = {true, 10.8, true, marked};
+        for (int wide = 10; wide <= 120; ++wide) {
+            const auto lines = draw({wide, 24});
+            if (lines[1].starts_with("Window too") || lines[1].starts_with("Window t\u2026")) continue;
+            const bool numbered = lines[1].starts_with("No.");
+            const bool rates = lines[1].ends_with("Writes/s");
+            for (std::size_t row = 2; row < lines.size() - 1 && !lines[row].empty(); ++row) {
+                std::istringstream words(lines[row]);
+                std::string word;
+                for (int skipped = 0; skipped < (numbered ? 2 : 1); ++skipped) words >> word;
+                words >> word;
+                EXPECT_TRUE(whole.contains(word)) << wide << ": " << lines[row];
+                EXPECT_EQ(lines[row].find("10.8+") != std::string::npos, rates) << wide << ": " << lines[row];
+                EXPECT_EQ(lines[row].ends_with("  2 levels"), marked) << wide << ": " << lines[row];
+            }
+        }
+    }
+}
+
+TEST_F(AllViewTest, OnANarrowScreenTheClockGivesWayToTheNumbers) {
+    store(ZAN_AWA, -57);
+    rate = {true, 10.8, true, true};
+    EXPECT_THAT(draw({40, 24}), Contains(StartsWith("AWA      -57.0     10.8+  2 levels")));
+    EXPECT_THAT(draw({40, 24}), Contains(StartsWith("Time         \u2026     10.8+  2 levels")));
+    EXPECT_THAT(draw({30, 24}), Contains(StartsWith("AWA      -57.0  2 levels")));
+    EXPECT_EQ(draw({20, 24})[1], "Window too narrow");
+    EXPECT_EQ(draw({20, 24})[2], "");
 }
 
 TEST_F(AllViewTest, WithoutASectionSaysSo) {

@@ -171,12 +171,12 @@ TEST_F(Watch, TerminalDimsStaleValuesAndNamesThem) {
     EXPECT_THAT(run({"watch", "BSP", "--count", "1"}).out, HasSubstr("\x1b[2mBSP       6.40  kt    20 s  stale"));
 }
 
-TEST_F(Watch, TerminalLinesAreCutToItsWidth) {
+TEST_F(Watch, TerminalLinesAreShortenedToItsWidthWithASign) {
     terminal = true;
     columns = 12;
     store(ZAN_BSP, 6.4);
     const std::string out = run({"watch", "BSP", "--count", "1"}).out;
-    EXPECT_THAT(out, HasSubstr("\x1b[3;1HBSP       6\x1b[0m"));
+    EXPECT_THAT(out, HasSubstr("\x1b[3;1HBSP       \u2026\x1b[0m"));
     columns = -5; // a terminal that answers nonsense
     EXPECT_EQ(run({"watch", "BSP", "--count", "1"}).code, 0);
 }

@@ -1,5 +1,6 @@
 // The program `tallowmere`: sets up the streams and hands the command line over.
 #include "platform/terminal.hpp"
+#include "tools/commands/lost_output.hpp"
 #include "tools/commands/program.hpp"
 
 #include <cerrno>
@@ -20,8 +21,8 @@ int finish(int exitCode) {
     std::cout.flush();
     const bool written = std::cout.good() && std::fflush(stdout) == 0;
     const int error = errno;
-    if (written || error == EPIPE || error == EINVAL) return exitCode; // EINVAL: a broken pipe on Windows
-    std::cerr << "tallowmere: the output could not be written\n";
+    if (written || tools::readerHasGone(error)) return exitCode;
+    std::cerr << tools::kOutputLost;
     return tools::exit_code::kSystem;
 }
 

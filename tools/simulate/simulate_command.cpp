@@ -3,12 +3,14 @@
 #include "platform/platform.hpp"
 #include "platform/terminal.hpp"
 #include "tools/commands/exit_codes.hpp"
+#include "tools/commands/lost_output.hpp"
 #include "tools/commands/option_checks.hpp"
 #include "tools/simulate/instruments.hpp"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -36,7 +38,14 @@ void sleepUntil(Clock::time_point due) {
         std::this_thread::sleep_for(std::min<Clock::duration>(kPiece, due - now));
 }
 
-void runRace(const Arguments& arguments) {
+/// How the program ends when a write has failed. error: errno after it
+int lostOutput(int error) {
+    if (tools::readerHasGone(error)) return tools::exit_code::kDone;
+    std::fputs(tools::kOutputLost, stderr);
+    return tools::exit_code::kSystem;
+}
+
+int runRace(const Arguments& arguments) {
     constexpr std::int64_t kTicksPerSecond = 10'000'000;
     platform::prepareStandardStreams();
     simulate::Race race(arguments.seed);
@@ -46,12 +55,15 @@ void runRace(const Arguments& arguments) {
         race.step();
         ticks += kTicksPerSecond;
         const std::string text = simulate::linesOf(race, ticks);
-        if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) return;
-        if (second == arguments.seconds) return;
+        errno = 0;
+        if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
+            return lostOutput(errno);
+        if (second == arguments.seconds) break;
         if (arguments.speed > 0.0)
             sleepUntil(start + std::chrono::duration_cast<Clock::duration>(
                                    std::chrono::duration<double>(static_cast<double>(second) / arguments.speed)));
     }
+    return tools::exit_code::kDone;
 }
 
 } // namespace
@@ -72,10 +84,7 @@ void addSimulateCommand(CLI::App& app, int& exitCode) {
         ->check(tools::wholeNumberCheck(0, std::numeric_limits<std::uint32_t>::max()))
         ->type_name("SEED")
         ->capture_default_str();
-    command->callback([arguments, &exitCode] {
-        runRace(*arguments);
-        exitCode = tools::exit_code::kDone;
-    });
+    command->callback([arguments, &exitCode] { exitCode = runRace(*arguments); });
 }
 
 } // namespace tallowmere

@@ -35,18 +35,28 @@ struct ProgramRun {
     std::string err;
 };
 
-ProgramRun run(const std::string& arguments) {
+std::string nextStem() {
     static int number = 0;
-    const std::string stem = "program_test_" + std::to_string(++number);
-    const std::filesystem::path out = stem + ".out";
-    const std::filesystem::path err = stem + ".err";
+    return "program_test_" + std::to_string(++number);
+}
+
+/// out   where the output goes; it is not read back
+ProgramRun runInto(const std::filesystem::path& out, const std::string& arguments) {
+    const std::filesystem::path err = nextStem() + ".err";
     const std::string program = std::filesystem::absolute(TALLOWMERE_PROGRAM).make_preferred().string();
     std::string command = "\"" + program + "\" " + arguments + " > " + out.string() + " 2> " + err.string();
     if (onWindows()) command = "\"" + command + "\""; // its shell takes the outermost quotes away
     const int status = std::system(command.c_str());
-    ProgramRun result{status >= 256 ? status / 256 : status, contentOf(out), contentOf(err)};
-    std::filesystem::remove(out);
+    ProgramRun result{status >= 256 ? status / 256 : status, {}, contentOf(err)};
     std::filesystem::remove(err);
+    return result;
+}
+
+ProgramRun run(const std::string& arguments) {
+    const std::filesystem::path out = nextStem() + ".out";
+    ProgramRun result = runInto(out, arguments);
+    result.out = contentOf(out);
+    std::filesystem::remove(out);
     return result;
 }
 
@@ -117,6 +127,15 @@ TEST(Program, NumbersOutOfRangeAreWrongUsageAndSaidReadably) {
         EXPECT_EQ(result.code, 2) << arguments;
         EXPECT_THAT(result.err, HasSubstr(message)) << arguments;
         EXPECT_THAT(result.out, IsEmpty()) << arguments;
+    }
+}
+
+TEST(Program, SaysThatTheOutputCouldNotBeWritten) {
+    if (!std::filesystem::is_character_file("/dev/full")) GTEST_SKIP() << "no device that is always full";
+    for (const char* const arguments : {"simulate --seconds 3 --speed 0", "list"}) {
+        const ProgramRun result = runInto("/dev/full", arguments);
+        EXPECT_EQ(result.code, 3) << arguments;
+        EXPECT_EQ(result.err, "tallowmere: the output could not be written\n") << arguments;
     }
 }
 

@@ -147,9 +147,20 @@ std::string footerWithExitCodes() {
     return text;
 }
 
+/// Where no command was found, what stands in its place says more than that one is required.
+std::string usageError(const CLI::App& app, const CLI::ParseError& error) {
+    const CLI::App* last = &app; // of the commands that were found
+    while (!last->get_subcommands().empty()) last = last->get_subcommands().front();
+    const bool wantsCommand = !last->get_subcommands([](const CLI::App*) { return true; }).empty();
+    const std::vector<std::string> unknown = last->remaining();
+    if (!wantsCommand || unknown.empty()) return error.what();
+    return (unknown.front().starts_with('-') ? "there is no option \"" : "there is no command \"") + unknown.front() +
+           '"';
+}
+
 int reportUsage(const CommandContext& context, const CLI::App& app, const CLI::ParseError& error) {
     const auto used = app.get_subcommands();
-    context.err << "tallowmere: " << printable(error.what()) << "\nTry \"tallowmere "
+    context.err << "tallowmere: " << printable(usageError(app, error)) << "\nTry \"tallowmere "
                 << (used.empty() ? "" : used.front()->get_name() + " ") << "--help\".\n";
     return exit_code::kUsage;
 }

@@ -84,6 +84,17 @@ TEST_F(Status, HostileSectionYieldsHarmlessText) {
 
 class CommandLine : public CommandTest {};
 
+TEST_F(CommandLine, NamesTheCommandOrOptionThatThereIsNot) {
+    const CommandRun command = run({"frob\x1bnicate", "BSP"});
+    EXPECT_EQ(command.code, 2);
+    EXPECT_EQ(command.err, "tallowmere: there is no command \"frob?nicate\"\nTry \"tallowmere --help\".\n");
+    EXPECT_THAT(run({"--frobnicate"}).err, HasSubstr("there is no option \"--frobnicate\""));
+    EXPECT_THAT(run({"calibration", "frobnicate"}).err, HasSubstr("there is no command \"frobnicate\""));
+    EXPECT_THAT(run({"calibration"}).err, HasSubstr("A subcommand is required"));
+    EXPECT_THAT(run({}).err, HasSubstr("A subcommand is required"));
+    EXPECT_THAT(run({"get", "BSP", "--frobnicate"}).err, HasSubstr("--frobnicate"));
+}
+
 TEST_F(CommandLine, HelpGoesToStandardOutput) {
     const CommandRun result = run({"--help"});
     EXPECT_EQ(result.code, 0);

@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
+#include <stdexcept>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -48,12 +50,15 @@ class Child {
     pid_t process_ = 0;
 };
 
+/// Empty, and of nobody else's: several builds may be tested at once.
+std::filesystem::path newFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "tallowmere-XXXXXX").string();
+    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder");
+    return name;
+}
+
 class KilledRecorder : public ::testing::TestWithParam<const char*> {
   protected:
-    KilledRecorder() {
-        std::filesystem::remove_all(folder_);
-        std::filesystem::create_directories(folder_);
-    }
     ~KilledRecorder() override { std::filesystem::remove_all(folder_); }
 
     struct Content {
@@ -88,8 +93,8 @@ class KilledRecorder : public ::testing::TestWithParam<const char*> {
     }
 
     const std::atomic<bool> never_{false};
-    std::filesystem::path folder_ = std::filesystem::temp_directory_path() / "tallowmere_killed_recorder";
-    std::filesystem::path file_ = folder_ / GetParam();
+    const std::filesystem::path folder_ = newFolder();
+    const std::filesystem::path file_ = folder_ / GetParam();
     CCore core_{false};
     int written_ = 0;
 };

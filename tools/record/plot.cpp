@@ -3,6 +3,7 @@
 #include "core/channels/replay_sign.hpp"
 #include "tools/calibration/file_names.hpp"
 #include "tools/commands/channel_finder.hpp"
+#include "tools/commands/reading.hpp"
 #include "tools/commands/text.hpp"
 #include "tools/record/damage_notes.hpp"
 #include "tools/record/moment_text.hpp"
@@ -27,10 +28,14 @@ using Channels = std::map<ChannelIndex, ChannelInfo>;
 /// The channel as the recording describes it, or as the catalogue does.
 ChannelInfo infoOf(const Channels& channels, ChannelIndex channel) {
     const auto found = channels.find(channel);
-    if (found != channels.end()) return found->second;
+    if (found != channels.end()) {
+        ChannelInfo info = found->second;
+        if (info.name.empty()) info.name = tools::nameOf(nullptr, channel);
+        return info;
+    }
     const UnitClass unitClass = kCatalogue[channel].unitClass();
     return {channel,
-            printable(shortNameOf(nullptr, channel)),
+            tools::nameOf(nullptr, channel),
             printable(longNameOf(nullptr, channel)),
             unitNameOf(unitClass).baseUnit,
             unitClass,

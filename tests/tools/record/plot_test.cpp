@@ -194,11 +194,17 @@ TEST_F(Plot, WritesAFile) {
     EXPECT_GT(std::filesystem::file_size(path("a.svg")), 500U);
 }
 
+TEST_F(Plot, AChannelThatTheRecordingDoesNotNameHasItsUsualName) {
+    writeFile("b.csv", "time,boat,channel,name,unit,class,kind,value\n2025-11-21T12:00:00Z,0,1,,kt,12,double,6\n");
+    EXPECT_THAT(run({"plot", path("b.csv"), "1"}).out, HasSubstr(">BSP (kt)</text>"));
+}
+
 TEST_F(Plot, SaysWhatCanNotBeDrawn) {
     EXPECT_EQ(plot({"BSP", "--boat", "3"}).code, 1);
     EXPECT_EQ(plot({"AWA"}).code, 1);
     EXPECT_EQ(plot({"nosuchchannel"}).code, 1);
     EXPECT_EQ(plot({std::to_string(ZAN_GPS_TIME)}).code, 1);
+    EXPECT_EQ(plot({"Time"}).err, "tallowmere plot: Time is a moment, which is no quantity to be drawn\n");
     EXPECT_EQ(plot({"BSP", "--from", "later"}).code, 2);
     EXPECT_EQ(run({"plot", path("missing.csv"), "BSP"}).code, 1);
 }

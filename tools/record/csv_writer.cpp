@@ -9,6 +9,8 @@
 #include <bit>
 #include <charconv>
 #include <cmath>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace tallowmere::recording {
@@ -124,12 +126,22 @@ class CsvWriter final : public RecordingWriter {
     bool failed_ = false;
 };
 
+const char* whyNotMade(const std::u16string& path) {
+    std::error_code ignored;
+    const std::filesystem::file_status status = std::filesystem::status(path, ignored);
+    if (std::filesystem::is_regular_file(status))
+        return "it is there already, and rows are added to databases only; give another name";
+    if (std::filesystem::exists(status)) return "it is no ordinary file; give another name";
+    return "it can't be made; does its folder exist, and may you write there?";
+}
+
 } // namespace
 
 OpenedWriter openCsvWriter(const std::string& path) {
     const auto name = tools::wideFileName(path);
-    auto file = name && !name->empty() ? platform::makeDurableFile(*name) : nullptr;
-    if (!file) return {nullptr, "it is there already, or can't be made"};
+    if (!name || name->empty()) return {nullptr, "no file has this name"};
+    auto file = platform::makeDurableFile(*name);
+    if (!file) return {nullptr, whyNotMade(*name)};
     return {std::make_unique<CsvWriter>(std::move(file)), {}};
 }
 

@@ -59,18 +59,18 @@ class SqliteWriter final : public RecordingWriter {
 
     /// Makes the tables, or finds them; why the file can't be recorded into, or empty.
     std::string prepare() {
-        if (!database_.isOpen()) return database_.error();
+        if (!database_.isOpen()) return whyNotReady();
         const auto application = pragma("PRAGMA application_id");
         const auto format = pragma("PRAGMA user_version");
-        if (!application || !format) return database_.error();
+        if (!application || !format) return whyNotReady();
         const bool empty = pragma("SELECT count(*) FROM sqlite_schema") == 0 && *application == 0 && *format == 0;
         if (!empty && *application != kApplicationId) return "it is a database of another kind";
         if (!empty && *format != kFormat) return "it is a recording of another version of this program";
         // A commit is on the disk when it returns, and a reader is never in the way.
         if (!database_.run("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; BEGIN IMMEDIATE"))
-            return database_.error();
-        if (empty && !makeTables()) return database_.error();
-        return prepareStatements() ? "" : database_.error();
+            return whyNotReady();
+        if (empty && !makeTables()) return whyNotReady();
+        return prepareStatements() ? "" : whyNotReady();
     }
 
     bool begin(const Session& session) override {
@@ -146,6 +146,20 @@ class SqliteWriter final : public RecordingWriter {
     [[nodiscard]] std::string error() const override { return database_.error(); }
 
   private:
+    /// With what to do, where that is known.
+    [[nodiscard]] std::string whyNotReady() const {
+        switch (sqlite3_errcode(database_.get())) {
+        case SQLITE_BUSY:
+            return "another program is recording into it, or uses it otherwise; end that one, or give another name";
+        case SQLITE_CANTOPEN:
+            return "it can't be made or opened; does its folder exist, and may you write there?";
+        case SQLITE_READONLY:
+            return "it may only be read; give another name";
+        default:
+            return database_.error();
+        }
+    }
+
     std::optional<std::int64_t> pragma(const char* sql) const {
         Statement statement(database_, sql);
         return statement && statement.step() ? std::optional(statement.integer(0)) : std::nullopt;

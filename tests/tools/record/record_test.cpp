@@ -1,4 +1,5 @@
 #include "tests/tools/record/recording_fixture.hpp"
+#include "tools/record/recording_writer.hpp"
 
 #include <gmock/gmock.h>
 #include <sqlite3.h>
@@ -259,6 +260,25 @@ TEST_F(RecordCommand, AFileOfAnotherKindIsLeftAlone) {
     sqlite3_exec(other, "CREATE TABLE mine (x)", nullptr, nullptr, nullptr);
     sqlite3_close(other);
     EXPECT_THAT(run({"record", "-o", path("other.sqlite"), "--seconds", "0.1"}).err, HasSubstr("of another kind"));
+}
+
+TEST_F(RecordCommand, SaysWhyAFileCanNotBeRecordedIntoAndWhatToDo) {
+    store(ZAN_BSP, 6.4);
+    const auto errorOf = [&](const std::string& name) {
+        const CommandRun result = run({"record", "-o", path(name), "--seconds", "0.1"});
+        EXPECT_EQ(result.code, 3) << name;
+        return result.err;
+    };
+    {
+        const recording::OpenedWriter other = recording::openSqliteWriter(path("a.sqlite"));
+        ASSERT_TRUE(other.writer) << other.error;
+        EXPECT_THAT(errorOf("a.sqlite"), HasSubstr("another program is recording into it"));
+    }
+    EXPECT_EQ(run({"record", "-o", path("a.sqlite"), "--seconds", "0.1"}).code, 0);
+    std::filesystem::create_directory(path("folder.csv"));
+    EXPECT_THAT(errorOf("folder.csv"), HasSubstr("it is no ordinary file; give another name"));
+    for (const char* const name : {"none/a.csv", "none/a.sqlite"})
+        EXPECT_THAT(errorOf(name), HasSubstr("does its folder exist")) << name;
 }
 
 TEST_F(RecordCommand, TheClockAndChannelsThatStandForOthersAreRefused) {

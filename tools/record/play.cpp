@@ -42,14 +42,17 @@ class Player {
         const OpenedReader opened = openRecording(context_.platform, file, context_.stop);
         if (!opened.reader) return complain(file, opened.error);
         started_.reset();
+        reached_ = false;
+        bool any = false; // was read
         while (!isOver()) {
             const auto item = opened.reader->next();
             if (!item) break;
+            any = true;
             take(file, *item);
         }
-        settle();
+        if (reached_ || options_.from.empty()) settle(); // beyond the end of the file nothing stands
         if (isOver() || opened.reader->error().empty()) return true;
-        return complain(file, opened.reader->error() + "; the rest of it is missing");
+        return complain(file, opened.reader->error() + (any ? "; the rest of it is missing" : ""));
     }
 
     /// Leaves what came last to be seen before it is taken out.
@@ -77,6 +80,11 @@ class Player {
         context_.err << '\n';
     }
     [[nodiscard]] std::uint64_t played() const noexcept { return played_; }
+    /// A part was asked for in which no file has a value.
+    [[nodiscard]] bool missedPart() const noexcept {
+        const bool part = !options_.from.empty() || !options_.to.empty();
+        return part && played_ == 0 && homeless_ == 0 && !yielded_ && !context_.stop;
+    }
 
   private:
     bool complain(const std::string& file, const std::string& why) {
@@ -104,6 +112,7 @@ class Player {
 
     void takeValue(const Value& value) {
         if (!started_) begin(value.time);
+        reached_ = reached_ || value.time >= start_;
         if (range_.to && value.time > range_.to->in(*started_)) return;
         if (value.time < start_ && !running_) {
             before_[{value.boat, value.channel}] = value;
@@ -170,6 +179,7 @@ class Player {
     std::int64_t waited_;                 // when the clock was last looked at
     std::optional<std::int64_t> started_; // of the file
     std::int64_t start_ = 0;              // of the session's part that is played
+    bool reached_ = false;                // the file has values at that start or after it
     bool running_ = false;                // beyond that start
     std::map<std::pair<BoatIndex, ChannelIndex>, Value> before_;
     std::uint64_t played_ = 0;
@@ -230,6 +240,11 @@ int runPlay(const tools::CommandContext& context, const PlayOptions& options) {
     player.tellCounts();
     if (player.yielded()) {
         context.err << "tallowmere play: a host has taken the shared data; the replay gives way to live values\n";
+        return tools::exit_code::kNotFound;
+    }
+    if (player.missedPart()) {
+        context.err << "tallowmere play: no values lie between --from and --to: --from is after the end or after --to, "
+                       "or --to before the start\n";
         return tools::exit_code::kNotFound;
     }
     return whole ? tools::exit_code::kDone : tools::exit_code::kNotFound;

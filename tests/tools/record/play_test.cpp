@@ -123,6 +123,30 @@ TEST_F(Play, ToEndsThere) {
     EXPECT_EQ(run({"play", path("a.csv"), "--to", "tomorrow"}).code, 2);
 }
 
+TEST_F(Play, APartWithoutValuesIsSaidAndIsNoSuccess) {
+    writeFile("a.csv", kHeader + kStart + row("00", ZAN_BSP, "1") + row("05", ZAN_BSP, "2"));
+    for (const std::vector<std::string>& part : std::vector<std::vector<std::string>>{
+             {"--from", "+500"}, {"--from", "+4", "--to", "+2"}, {"--to", "2025-11-21T11:00:00Z"}}) {
+        std::vector<std::string> arguments{"play", path("a.csv")};
+        arguments.insert(arguments.end(), part.begin(), part.end());
+        const CommandRun result = run(arguments);
+        EXPECT_EQ(result.code, 1) << part[1];
+        EXPECT_THAT(result.err, HasSubstr("0 values played")) << part[1];
+        EXPECT_THAT(result.err, HasSubstr("no values lie between --from and --to")) << part[1];
+    }
+    const CommandRun between = run({"play", path("a.csv"), "--from", "+2", "--to", "+4"});
+    EXPECT_EQ(between.code, 0) << "the first value stood there";
+    EXPECT_THAT(between.err, HasSubstr("1 values played"));
+}
+
+TEST_F(Play, OfAFileOfWhichNothingWasReadNothingIsMissing) {
+    writeFile("a.csv", "name,price\n");
+    const CommandRun result = run({"play", path("a.csv")});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.err, HasSubstr("it is no recording"));
+    EXPECT_THAT(result.err, Not(HasSubstr("the rest of it is missing")));
+}
+
 TEST_F(Play, AnHourWithoutARowIsNotWaitedFor) {
     writeFile("a.csv", kHeader + kStart + row("00", ZAN_BSP, "1") + "2525-11-21T12:00:00Z,0,1,,,0,double,2\n" +
                            row("02", ZAN_BSP, "3"));

@@ -201,13 +201,16 @@ int runPlot(const tools::CommandContext& context, const PlotOptions& options) {
     auto series = seriesFor(context, options, *opened.reader);
     if (!series) return tools::exit_code::kNotFound;
     Plot plot(context, options, from, to);
-    while (!context.stop)
-        if (const auto item = opened.reader->next())
-            plot.take(*series, *item);
-        else
-            break;
+    bool any = false; // was read
+    while (!context.stop) {
+        const auto item = opened.reader->next();
+        if (!item) break;
+        any = true;
+        plot.take(*series, *item);
+    }
     const std::string error = opened.reader->error();
-    if (!error.empty()) complain(context, file + ": " + error + "; the rest of it is missing");
+    if (!error.empty()) complain(context, file + ": " + error + (any ? "; the rest of it is missing" : ""));
+    if (!error.empty() && !any) return tools::exit_code::kNotFound;
     const auto range = plot.range(*series);
     if (!range || !isMoment(range->first) || !isMoment(range->second)) {
         complain(context, file + ": no values of these channels of boat " + std::to_string(options.boat) + " there");

@@ -199,6 +199,15 @@ TEST_F(Plot, AChannelThatTheRecordingDoesNotNameHasItsUsualName) {
     EXPECT_THAT(run({"plot", path("b.csv"), "1"}).out, HasSubstr(">BSP (kt)</text>"));
 }
 
+TEST_F(Plot, OfAFileOfWhichNothingWasReadNothingIsMissing) {
+    writeFile("b.csv", "name,price\n");
+    const CommandRun result = run({"plot", path("b.csv"), "BSP"});
+    EXPECT_EQ(result.code, 1);
+    EXPECT_THAT(result.err, HasSubstr("it is no recording"));
+    EXPECT_THAT(result.err, Not(HasSubstr("missing")));
+    EXPECT_THAT(result.err, Not(HasSubstr("no values")));
+}
+
 TEST_F(Plot, SaysWhatCanNotBeDrawn) {
     EXPECT_EQ(plot({"BSP", "--boat", "3"}).code, 1);
     EXPECT_EQ(plot({"AWA"}).code, 1);

@@ -35,7 +35,10 @@ json channelsOf(std::uint16_t boat) {
     std::string command = quotes + "\"" TALLOWMERE_PROGRAM "\" get --json --boat " + std::to_string(boat);
     for (int channel = 0; channel < ZAN_CHANNEL_COUNT; ++channel) command += ' ' + std::to_string(channel);
     command += std::string(" > ") + file + quotes;
-    EXPECT_EQ(std::system(command.c_str()), 0);
+    int result = -1;
+    // On a full machine Wine now and then starts no shell.
+    for (int attempt = 0; attempt < 3 && result == -1; ++attempt) result = std::system(command.c_str());
+    EXPECT_EQ(result, 0);
     std::ifstream stream(file);
     json parsed = json::parse(stream, nullptr, false);
     stream.close();

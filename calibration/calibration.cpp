@@ -117,6 +117,7 @@ void Calibration::UpdateCalibratedFlag(std::size_t id) noexcept {
 }
 
 inline double Calibration::inputOf(const CalibrationItem& item, std::int32_t input, double value) const noexcept {
+    // KEPT: 32767 is no input. It isn't the value written either, though an item without a channel equals it.
     if (!isChannel(input)) return NO_VALUE;
     if (input == item.channel) return value;
     const auto channel = static_cast<ChannelIndex>(input);

@@ -28,7 +28,8 @@ std::int64_t nearestSecond(std::int64_t time) noexcept {
     return seconds + (up ? 1 : 0);
 }
 
-/// The calendar's view of a second since 1970, in UTC. Empty outside the years 1970 to 3000.
+/// The calendar's view of a second since 1970, in UTC. KEPT: empty outside the years 1970 to 3000, on every
+/// system and in both forms, though the calendar goes on.
 std::optional<std::tm> breakDown(std::int64_t seconds) noexcept {
     using namespace std::chrono;
     constexpr sys_days kEnd = year(3001) / January / 1;

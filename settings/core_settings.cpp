@@ -36,8 +36,8 @@ void readMarksPath(const Context& context, const CRegEx& key) {
     writeText(context.area->marksPath, marks);
 }
 
-// Only what was really read goes through the setters: integer 6 starts at 5, which its setter would not let
-// through. Each value stands alone: what finds no memory keeps its default.
+// Only what was really read goes through the setters. KEPT: without a setting integer 6 stays 5, which its setter
+// would not let through. Each value stands alone: what finds no memory keeps its default.
 void readVariables(SystemValues system, const CRegEx& key) noexcept {
     for (std::size_t index = 0; index < kStoredVariables; ++index)
         attempt([&] {

@@ -34,6 +34,7 @@ std::optional<std::int64_t> ticksFromDays(UnitClass unitClass, double days) noex
 }
 
 /// Brings an angle into its range by one turn at most; one further out is left as it is.
+/// KEPT: so Heel -400 becomes -40 and -600 is left for the range check to clear; a bearing of 720 becomes 360.
 double normaliseAngle(UnitClass unitClass, double value) noexcept {
     if (unitClass == UnitClass::Bearing) {
         if (value < 0.0) return value + 360.0 >= 0.0 ? value + 360.0 : value;

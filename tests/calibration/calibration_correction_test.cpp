@@ -91,6 +91,7 @@ TEST_F(CalibrationCorrection, MissingRowInputTakesTheFirstRow) {
     EXPECT_EQ(correction(which::kTwa, 60.0), -1000.0);
 }
 
+// KEPT: 32767 as an input is none.
 TEST_F(CalibrationCorrection, NoChannelAsInputIsNoValueThoughTheItemsChannelIsNoneToo) {
     CalibrationItem& item = use(which::kWindWeight, {rowOf(0.0, {{0.0, 1.0}}), rowOf(10.0, {{0.0, 2.0}})});
     item.columnInput = ZAN_BSP; // the row input and the channel are 32767 both

@@ -230,6 +230,15 @@ TEST_F(Convert, GivenVariationIsAddedAndWrappedWhole) {
     EXPECT_BITS(show(kBearing, 10.0, 0.0), 10.0);
 }
 
+// KEPT: a variation that is positive to the east is not taken off a true bearing.
+TEST_F(Convert, VariationIsAddedAsItStandsSoMagneticBearingsWantItsNegative) {
+    magneticBearings();
+    ownVariation(15.0);
+    EXPECT_BITS(show(kBearing, 316.0), 331.0);
+    EXPECT_BITS(show(kBearing, 316.0, 15.0), 331.0);
+    EXPECT_BITS(show(kBearing, 316.0, -15.0), 301.0);
+}
+
 TEST_F(Convert, WithoutGivenVariationTheOwnBoatsIsAdded) {
     magneticBearings();
     ownVariation(-12.0);

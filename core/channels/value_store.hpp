@@ -8,8 +8,8 @@
 
 namespace tallowmere {
 
-/// Corrects values on their way into the section. A host's core object brings one; without it values are
-/// stored as written.
+/// Corrects values on their way into the section. Every core object brings one; a client's has no items and
+/// brings values into range at most.
 class ValueCorrector {
   public:
     /// The value to store for a value (never NO_VALUE) written to a channel whose `calibrate` byte is set.

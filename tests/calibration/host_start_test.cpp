@@ -65,7 +65,7 @@ TEST_F(HostStart, CalibratesAndBlocksFromRealSettingsAndFilesBesideAPlainClient)
     writeFile(home_ / "calibration" / "ZAN_CAL_Bsp.txt", "Speed\r\n0,5,10\r\n0,0.5,1,2\r\n20,1,2,4\r\n");
     writeFile(home_ / "own heading.txt", "0\n0 3");
 
-    const CCore plain(false);
+    CCore plain(false);
     ASSERT_TRUE(plain.madeSection());
     CCore host(true);
     ASSERT_NE(host.area(), nullptr);
@@ -77,6 +77,10 @@ TEST_F(HostStart, CalibratesAndBlocksFromRealSettingsAndFilesBesideAPlainClient)
     EXPECT_EQ(stored(host, ZAN_HEEL, 10.0), 10.0);
     EXPECT_EQ(stored(host, ZAN_BSP, 7.5), 7.5 + 2.25); // between 1.5 and 3 by heel
     EXPECT_EQ(plain.values().fetch(ZAN_BSP, 0).record.number(), 9.75);
+    EXPECT_EQ(stored(plain, ZAN_BSP, 7.5), 7.5); // a client corrects nothing
+    EXPECT_EQ(stored(plain, ZAN_BSP, -0.5), 0.0);
+    EXPECT_EQ(stored(plain, ZAN_HDG, 720.0), 0.0);
+    EXPECT_EQ(stored(plain, ZAN_TWD, 720.0), 360.0); // not calibrated
 
     CRegEx after(system_);
     after.Open(kCoreKey);

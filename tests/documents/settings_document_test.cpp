@@ -1,5 +1,6 @@
 // The files that docs/settings.md shows are taken as it says.
 #include "core/config/alternate_table.hpp"
+#include "settings/reg_ex.hpp"
 #include "tests/documents/document_blocks.hpp"
 #include "tests/tools/cli/command_fixture.hpp"
 
@@ -17,8 +18,17 @@ class SettingsDocument : public CommandTest {
         put(u"config\\boats.xml", "xml boats.xml");
         put(u"config\\channels.xml", "xml channels.xml");
         put(u"config\\alternate.csv", "csv alternate.csv");
-        put(u"calibration\\ZAN_CAL_Awa.txt", "text calibration/ZAN_CAL_Awa.txt");
-        put(u"calibration\\ZAN_CAL_Bsp.txt", "text calibration/ZAN_CAL_Bsp.txt");
+        for (const std::string item : {"Bsp", "Hdg", "Awa", "Heel"}) putItem(item, "");
+    }
+    /// The file of an item, as one of its blocks has it.
+    void putItem(const std::string& item, const std::string& remark) {
+        const std::string name = "ZAN_CAL_" + item + ".txt";
+        put(u"calibration\\" + std::u16string(name.begin(), name.end()), "text calibration/" + name + remark);
+    }
+    void useItem(std::size_t item) { machine.addDword(kCalibrationKey, indexedName(u"CalUse_", item), 1); }
+    static double stored(CCore& host, ChannelIndex channel, double value) {
+        EXPECT_TRUE(host.values().storeDouble(channel, value, 0));
+        return host.values().fetch(channel, 0).record.number();
     }
     static double eval(CalibrationItem& item, double x, double r) {
         double y = 0;
@@ -66,14 +76,42 @@ TEST_F(SettingsDocument, AlternatingChannelsStandForOthers) {
 TEST_F(SettingsDocument, CalibrationFilesHaveBothLayouts) {
     putAll();
     CCore host(platform, true);
-    CalibrationItem& awa = host.calibration().item(calibration_item::kAwa);
-    EXPECT_EQ(awa.table.sharedColumns, 1);
-    EXPECT_EQ(eval(awa, 45.0, 5.0), 1.0);
-    EXPECT_EQ(eval(awa, 90.0, 15.0), 1.0);
     CalibrationItem& bsp = host.calibration().item(calibration_item::kBsp);
-    EXPECT_EQ(bsp.table.sharedColumns, 0);
+    EXPECT_EQ(bsp.table.sharedColumns, 1);
     EXPECT_EQ(eval(bsp, 10.0, 0.0), 0.1);
     EXPECT_EQ(eval(bsp, 10.0, 20.0), 0.3);
+    CalibrationItem& hdg = host.calibration().item(calibration_item::kHdg);
+    EXPECT_EQ(hdg.table.sharedColumns, 0);
+    EXPECT_EQ(eval(hdg, 90.0, NO_VALUE), -0.5);
+    EXPECT_EQ(eval(hdg, 360.0, NO_VALUE), 1.5);
+}
+
+TEST_F(SettingsDocument, CalibrationFilesCorrectAsTheySay) {
+    putAll();
+    for (const std::size_t item :
+         {calibration_item::kBsp, calibration_item::kHdg, calibration_item::kAwa, calibration_item::kHeel})
+        useItem(item);
+    CCore host(platform, true);
+    EXPECT_EQ(stored(host, ZAN_AWA, 30.0), 31.0); // no wind speed yet: the first row
+    stored(host, ZAN_AWS, 10.0);
+    EXPECT_EQ(stored(host, ZAN_AWA, 30.0), 30.8);
+    EXPECT_EQ(stored(host, ZAN_AWA, -120.0), -119.2);
+    EXPECT_EQ(stored(host, ZAN_HDG, 90.0), 89.5);
+    EXPECT_EQ(stored(host, ZAN_HEEL, -18.5), -20.0);
+    EXPECT_EQ(stored(host, ZAN_BSP, 10.0), 10.3); // heeled to port
+    EXPECT_EQ(stored(host, ZAN_HEEL, 21.5), 20.0);
+    EXPECT_EQ(stored(host, ZAN_BSP, 10.0), 10.3); // and to starboard
+}
+
+TEST_F(SettingsDocument, AWrongCurveAlongAnAngleIsToldAndStoredAsShown) {
+    putItem("Heel", " wrong");
+    useItem(calibration_item::kHeel);
+    const CommandRun checked = run({"check", "Heel"});
+    EXPECT_EQ(checked.out, std::string("C:\\ProgramData\\Tallowmere\\calibration\\") +
+                               documentBlock("settings.md", "text calibration/ZAN_CAL_Heel.txt wrong check"));
+    EXPECT_EQ(checked.code, 1);
+    CCore host(platform, true);
+    EXPECT_NEAR(stored(host, ZAN_HEEL, 10.0), -1268.35, 1e-6);
 }
 
 TEST_F(SettingsDocument, WrongContentIsToldAsShown) {

@@ -81,14 +81,15 @@ class FileChecker {
         if (rows_.empty())
             report0(columnLayout_ ? "has a header and no row below it" : "has no row with a value", empty());
         if (rowCount_ > kMostRows) report0("has " + std::to_string(rowCount_) + " rows", "the first 256 are read");
-        if (item_ && rows_.size() > 1 && kCalibrationItems[*item_].rowInput == kNone16)
-            report0("has several rows, and its item no row input", "the first row alone counts");
+        if (item_ && kCalibrationItems[*item_].rowInput == kNone16) checkOnlyRow(kCalibrationItems[*item_]);
     }
 
   private:
     struct Row {
         double value;
         std::size_t line;
+        std::size_t knots;
+        bool level; // the same value at every knot
     };
     /// The counts of numbers in the data lines after the first.
     struct Counts {
@@ -173,7 +174,15 @@ class FileChecker {
             positionsRepeat_ = true;
         if (numbers.size() < (columnLayout_ ? 2U : 3U) || ++rowCount_ > kMostRows) return;
         checkRowValue(numbers.front());
-        rows_.push_back({numbers.front(), line_});
+        rows_.push_back(rowOf(numbers));
+    }
+
+    [[nodiscard]] Row rowOf(const std::vector<double>& numbers) const {
+        const std::size_t step = columnLayout_ ? 1 : 2; // from value to value
+        Row row{numbers.front(), line_, 0, true};
+        for (std::size_t k = step; k < numbers.size(); k += step, ++row.knots)
+            row.level = row.level && numbers[k] == numbers[step];
+        return row;
     }
 
     void checkColumnRow(const std::vector<double>& numbers) {
@@ -222,6 +231,21 @@ class FileChecker {
         if (!rows_.empty() && value < rows_.back().value)
             report("row " + numberOf(value) + " comes after row " + numberOf(rows_.back().value),
                    "the rows are sorted");
+    }
+
+    /// Of an item without a row input. Without a column input too its first value counts. On write a curve along a
+    /// signed angle is entered with the size of the row input, so here with that of no value, whatever the angle.
+    void checkOnlyRow(const CalibrationItemDef& item) {
+        if (rows_.size() > 1) report0("has several rows, and its item no row input", "the first row alone counts");
+        if (rows_.empty()) return;
+        const Row& row = *std::ranges::min_element(rows_, {}, &Row::value); // the first once they are sorted
+        if (row.level) return;
+        const std::string values = "has " + std::to_string(row.knots) + " values";
+        if (item.columnInput == kNone16)
+            return reportAt(row.line, values + ", and its item no input", "the first one counts");
+        if (!isSignedAngle(kCatalogue[item.columnInput].unitClass())) return;
+        reportAt(row.line, values + " along " + inputName(item.columnInput) + ", an angle, and its item no row input",
+                 "every angle is corrected by what the curve has at 32767; give one value for all angles");
     }
 
     void checkLayout() {

@@ -163,6 +163,40 @@ TEST_F(FileCheck, SeveralRowsWithoutARowInputAreTold) {
     EXPECT_EQ(check(), "ZAN_CAL_Hdg.txt: has several rows, and its item no row input; the first row alone counts\n");
 }
 
+TEST_F(FileCheck, ACurveAlongASignedAngleWithoutARowInputIsTold) {
+    for (const char16_t* item : {u"AwaOffset", u"Heel", u"Trim", u"MastAngle", u"RudderAngle"}) {
+        putItem(item, "! degrees\n-20 0 20\n0 1 0 -1\n");
+        EXPECT_THAT(check(), ::testing::MatchesRegex(
+                                 "ZAN_CAL_[A-Za-z]+.txt:3: has 3 values along [A-Za-z]+, an angle, and its item no row "
+                                 "input; every angle is corrected by what the curve has at 32767; give one value for "
+                                 "all angles\n"));
+        putItem(item, "0 0 1 10 2\n"); // pairs
+        EXPECT_THAT(check(), ::testing::HasSubstr(".txt:1: has 2 values along "));
+        for (const char* fine : {"0\n0 1.5\n", "-20 0 20\n0 1.5 1.5 1.5\n", "0 0 1.5\n", "0 0 1.5 10 1.5\n"}) {
+            putItem(item, fine);
+            EXPECT_EQ(check(), "");
+        }
+    }
+    putItem(u"Hdg", "0 90\n0 1 2\n"); // a bearing is looked up
+    EXPECT_EQ(check(), "");
+}
+
+TEST_F(FileCheck, ACurveAlongASignedAngleIsToldOfTheRowThatCounts) {
+    putItem(u"Heel", "-20 20\n5 1 2\n0 3 3\n");
+    EXPECT_THAT(check(), ::testing::Not(::testing::HasSubstr("along Heel")));
+    putItem(u"Heel", "-20 20\n5 1 1\n0 2 3\n");
+    EXPECT_THAT(check(), ::testing::HasSubstr("ZAN_CAL_Heel.txt:3: has 2 values along Heel"));
+}
+
+TEST_F(FileCheck, SeveralValuesWithoutAnyInputAreTold) {
+    putItem(u"Wind weight", "0 10\n0 5 6\n");
+    EXPECT_EQ(check(), "ZAN_CAL_Wind weight.txt:2: has 2 values, and its item no input; the first one counts\n");
+    putItem(u"Wind weight", "0\n0 5\n");
+    EXPECT_EQ(check(), "");
+    putItem(u"Brake", "0 1.5 3\n0 250 150 100\n"); // along ROT
+    EXPECT_EQ(check(), "");
+}
+
 TEST_F(FileCheck, AMissingFileMattersWhenTheUserHasSwitchedTheItemOn) {
     machine.addDword(kCalibrationKey, u"CalUse_2", 1);
     EXPECT_EQ(check(),

@@ -4,12 +4,11 @@ They are looked for when they are first needed, so importing the package never f
 """
 
 import ctypes
-import ctypes.util
 import os
 import struct
 import sys
 import threading
-from pathlib import Path
+from pathlib import Path, PureWindowsPath
 from typing import Callable, Dict, Iterator, List, Tuple
 
 #: Names folders to look in, and then nothing else is tried. Separated as in PATH.
@@ -33,6 +32,12 @@ def _in_folder(folder: str, name: str) -> Iterator[str]:
         yield str(Path(folder) / file)
 
 
+def _folders_of_windows_path(path: str) -> List[str]:
+    """Those with a drive or server and a root: an empty or relative one is looked for in the current folder or drive,
+    which anybody may have filled."""
+    return [folder for folder in path.split(";") if PureWindowsPath(folder).is_absolute()]
+
+
 def _candidates(name: str) -> Iterator[Tuple[str, bool]]:
     """What to load, in order, and whether it is a path that must exist first."""
     explicit = os.environ.get(PATH_VARIABLE)
@@ -45,8 +50,9 @@ def _candidates(name: str) -> Iterator[Tuple[str, bool]]:
     for path in _in_folder(os.path.dirname(os.path.abspath(__file__)), name):
         yield path, True
     if _WINDOWS:
-        # The folders of PATH. Not the current one, which anybody may have filled.
-        yield ctypes.util.find_library(name) or f"{name}.dll in the folders of PATH", True
+        for folder in _folders_of_windows_path(os.environ.get("PATH", "")):
+            for path in _in_folder(folder, name):
+                yield path, True
     else:
         for file in _file_names(name):
             yield file, False  # the loader's search: LD_LIBRARY_PATH, ldconfig, /usr/lib

@@ -104,6 +104,13 @@ for junk in (random.randbytes, random.randbytes, random.randbytes, lambda n: b'\
 
 
 class Libraries(Case):
+    def test_are_looked_for_in_whole_folders_of_a_windows_path_only(self) -> None:
+        done = run(
+            "from tallowmere._library import _folders_of_windows_path as folders\n"
+            + r"for folder in folders(r';.;bin;..\bin;C:;C:bin;\bin;/bin;C:\Tools;;D:/sail;\\server\share\bin;'): print(folder)"
+        )
+        self.assertEqual((done.stderr, done.stdout), ("", "C:\\Tools\nD:/sail\n\\\\server\\share\\bin\n"))
+
     def test_missing_ones_are_told_with_what_was_tried(self) -> None:
         done = run(
             "import tallowmere as t\ntry: t.get('BSP')\nexcept t.LibraryNotFound as e: print(e)",

@@ -4,14 +4,22 @@ import datetime
 import itertools
 import math
 import time
-from typing import Dict, Iterator, List, Optional, Sequence, Union
+from typing import Dict, Iterator, List, Literal, Optional, Sequence, Union, overload
 
 from ._view import BoatLike, ChannelLike, Reading, View
 
-#: The moment under "time", then a value (or None) for each channel under its name.
-Sample = Dict[str, Union[datetime.datetime, float, None]]
-
 LONGEST_INTERVAL = 86400
+
+
+class Sample(Dict[str, Union[datetime.datetime, float, None]]):
+    """The moment under "time", then a value (or None) for each channel under its name."""
+
+    @overload
+    def __getitem__(self, column: Literal["time"]) -> datetime.datetime: ...  # type: ignore
+    @overload
+    def __getitem__(self, column: str) -> Optional[float]: ...
+    def __getitem__(self, column: str) -> Union[datetime.datetime, float, None]:
+        return super().__getitem__(column)
 
 
 def samples(
@@ -62,7 +70,7 @@ def _rows(
             return
         time.sleep(max(0.0, start + tick * interval - time.monotonic()))
         group = view.read_group(numbers, boat)
-        row: Sample = {"time": group.moment}
+        row = Sample(time=group.moment)
         row.update((name, _value(reading, stale)) for name, reading in zip(names, group.readings))
         if ages:
             row.update((f"{name} age", reading.age) for name, reading in zip(names, group.readings))

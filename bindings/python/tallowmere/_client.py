@@ -1,7 +1,9 @@
 """Writing: the process becomes a client of the section with its first write."""
 
+import numbers
+import operator
 import sys
-from typing import Optional
+from typing import Optional, SupportsIndex
 
 from . import _library, _native
 
@@ -11,10 +13,32 @@ def has_joined() -> bool:
     return _library.is_loaded("tallowmere")
 
 
+def checked_text(name: str) -> str:
+    if not isinstance(name, str):
+        raise TypeError(f"a name is a text, not {name!r}")
+    return name
+
+
+def checked_index(index: SupportsIndex, count: int, what: str = "index") -> int:
+    if isinstance(index, bool) or not hasattr(index, "__index__"):
+        raise TypeError(f"{what} is a whole number, not {index!r}")
+    number = operator.index(index)
+    if not 0 <= number < count:
+        raise IndexError(f"{what} is 0 to {count - 1}, not {number}")
+    return number
+
+
+def _checked_float(number: float, what: str) -> float:
+    """Of int, float and their like. A text or a bool would become a float too, but is a mistake."""
+    if isinstance(number, bool) or not isinstance(number, numbers.Real):
+        raise TypeError(f"{what} is a number, not {number!r}")
+    return float(number)
+
+
 def write(channel: int, value: Optional[float], boat: int) -> bool:
     if channel == 0:
         raise ValueError("channel 0 is the clock, which the library stamps itself")
-    number = _native.NO_VALUE if value is None else float(value)
+    number = _native.NO_VALUE if value is None else _checked_float(value, "a value that is not None")
     return bool(_native.client_library().SetZanVar(channel, number, boat))
 
 
@@ -24,16 +48,14 @@ def name_user_channel(index: int, name: str) -> None:
     At most 15 bytes: of UTF-8 on Linux, of the ANSI code page on Windows. Raises ValueError for more, for a name
     that the code page cannot write, and for a NUL.
     """
-    if not 0 <= index < _native.USER_CHANNELS:
-        raise IndexError(f"user channels are 0 to {_native.USER_CHANNELS - 1}, not {index}")
-    if not isinstance(name, str):
-        raise TypeError(f"a name is a text, not {name!r}")
-    encoded = name.encode("mbcs" if sys.platform == "win32" else "utf-8")
+    number = checked_index(index, _native.USER_CHANNELS, "a user channel")
+    encoded = checked_text(name).encode("mbcs" if sys.platform == "win32" else "utf-8")
     if len(encoded) > _native.NAME_BYTES or b"\0" in encoded:
         raise ValueError(f"a name has at most {_native.NAME_BYTES} bytes and no NUL: {name!r}")
-    _native.client_library().SetZanUserVarName(index, encoded)
+    _native.client_library().SetZanUserVarName(number, encoded)
 
 
 def set_mob(latitude: float, longitude: float) -> bool:
     """Raises the man-overboard alarm at a position in degrees, north and east positive. False: no host was told."""
-    return bool(_native.client_library().SetMOB(latitude, longitude) != 0)
+    position = _checked_float(latitude, "a latitude"), _checked_float(longitude, "a longitude")
+    return bool(_native.client_library().SetMOB(*position) != 0)

@@ -106,7 +106,7 @@ def _reading(raw: _native.Value) -> Reading:
 
 def _bytes(name: str) -> bytes:
     """For a search: a text with a NUL finds nothing, as no name has one."""
-    return b"" if "\0" in name else name.encode("utf-8", "replace")
+    return b"" if "\0" in _client.checked_text(name) else name.encode("utf-8", "replace")
 
 
 class Channel:
@@ -134,7 +134,10 @@ class Channel:
 
     @property
     def unit(self) -> str:
-        """The base unit: "kt", "nm", "m"; empty when it has none."""
+        """The base unit: "kt", "nm", "m"; empty when it has none.
+
+        For times it is how they are shown ("UTC", "h:mm:ss"): their values are days.
+        """
         return str(self._info().unit.decode())
 
     @property
@@ -414,17 +417,17 @@ class View:
 
     def system_variable(self, index: int) -> Optional[float]:
         """0 to 79, in its own unit; None when it has no value."""
-        out, found = self._filled(ctypes.c_double, "tlm_view_get_variable", _index(index, 80))
+        out, found = self._filled(ctypes.c_double, "tlm_view_get_variable", _client.checked_index(index, 80))
         return out.value if found else None
 
     def system_integer(self, index: int) -> Optional[int]:
         """0 to 12; None without a section."""
-        out, found = self._filled(ctypes.c_int32, "tlm_view_get_integer", _index(index, 13))
+        out, found = self._filled(ctypes.c_int32, "tlm_view_get_integer", _client.checked_index(index, 13))
         return out.value if found else None
 
     def system_flag(self, index: int) -> Optional[bool]:
         """0 to 59; None without a section."""
-        out, found = self._filled(ctypes.c_uint8, "tlm_view_get_flag", _index(index, 60))
+        out, found = self._filled(ctypes.c_uint8, "tlm_view_get_flag", _client.checked_index(index, 60))
         return out.value != 0 if found else None
 
     def mob(self) -> Optional[Mob]:
@@ -434,12 +437,7 @@ class View:
 
 
 def _number(number: SupportsIndex) -> int:
-    if isinstance(number, bool):  # an int too, but nobody means channel or boat 1 by it
-        raise TypeError(f"a number, a name or an object, not {number}")
+    # A bool is an int too, but nobody means channel or boat 1 by it.
+    if isinstance(number, bool) or not hasattr(number, "__index__"):
+        raise TypeError(f"a number, a name or an object, not {number!r}")
     return operator.index(number)
-
-
-def _index(index: int, count: int) -> int:
-    if not 0 <= index < count:
-        raise IndexError(f"index 0 to {count - 1}, not {index}")
-    return index

@@ -1,6 +1,7 @@
 """What is written is read, by this program and by others."""
 
 import datetime
+import fractions
 import math
 import threading
 
@@ -50,6 +51,16 @@ class Values(Case):
             self.assertEqual((read, math.copysign(1, read)), (value, math.copysign(1, value)))
         tallowmere.set("BSP", math.nan)
         self.assertTrue(math.isnan(tallowmere.get("BSP")))
+
+    def test_what_is_no_number_is_not_written(self) -> None:
+        tallowmere.set("BSP", 6.4)
+        for value in ("7.4", True, b"7", [7.4], 7j):
+            with self.assertRaisesRegex(TypeError, "^a value that is not None is a number, not "):
+                tallowmere.set("BSP", value)
+        self.assertEqual(tallowmere.get("BSP"), 6.4)
+        for value in (7, fractions.Fraction(7)):
+            tallowmere.set("BSP", value)
+            self.assertEqual(tallowmere.get("BSP"), 7.0)
 
     def test_a_value_older_than_its_time_out_is_stale(self) -> None:
         tallowmere.set("BSP", 6.4)
@@ -157,11 +168,14 @@ class Names(Case):
         for nothing in (-1, 100, 65536, "nobody", ""):
             with self.assertRaises(tallowmere.UnknownBoat):
                 tallowmere.read("BSP", nothing)
-        for number in (1.5, True, None):
-            with self.assertRaises(TypeError):
+        for number in (1.5, True, None, b"BSP"):
+            with self.assertRaisesRegex(TypeError, "^a number, a name or an object, not "):
                 tallowmere.get(number)
-            with self.assertRaises(TypeError):
+            with self.assertRaisesRegex(TypeError, "^a number, a name or an object, not "):
                 tallowmere.get("BSP", number)
+        for find in (tallowmere.find_channel, tallowmere.find_boat):
+            with self.assertRaisesRegex(TypeError, "^a name is a text, not 5$"):
+                find(5)
         self.assertIsNone(tallowmere.find_channel("bsp"))
         self.assertIsNone(tallowmere.find_boat("nobody"))
 
@@ -186,8 +200,11 @@ class Names(Case):
         for refused in ("x" * 16, "ö" * 8, "a\0b"):
             with self.assertRaises(ValueError):
                 tallowmere.name_user_channel(3, refused)
-        with self.assertRaisesRegex(TypeError, "a name is a text, not 5"):
+        with self.assertRaisesRegex(TypeError, "^a name is a text, not 5$"):
             tallowmere.name_user_channel(3, 5)
+        for number in (3.5, "3", True, None):
+            with self.assertRaisesRegex(TypeError, "^a user channel is a whole number, not "):
+                tallowmere.name_user_channel(number, "x")
 
     def test_objects_do_what_the_functions_do(self) -> None:
         bsp = tallowmere.channel("BSP")
@@ -243,10 +260,16 @@ class SystemValues(Case):
             for index in (-1, count, 65536):
                 with self.assertRaises(IndexError):
                     function(index)
+            for index in (1.5, "1", True, None):
+                with self.assertRaisesRegex(TypeError, "^index is a whole number, not "):
+                    function(index)
 
     def test_an_alarm_without_a_host_reaches_nobody(self) -> None:
         self.assertIs(tallowmere.set_mob(54.5, 10.25), False)
         self.assertIsNone(tallowmere.mob())
+        for position in (("a", 1), (1, None), (True, 1)):
+            with self.assertRaisesRegex(TypeError, "^a (latitude|longitude) is a number, not "):
+                tallowmere.set_mob(*position)
 
 
 class Samples(Case):

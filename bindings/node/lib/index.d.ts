@@ -56,7 +56,7 @@ export interface Mob {
     readonly name: string;
 }
 
-export interface SamplesOptions {
+export interface SamplesOptions<Ages extends boolean = boolean> {
     /** Seconds from row to row, 0 to 86400; default 1. Rows that the reader was too slow for are left out. */
     interval?: number;
     /** How many rows; without it there is no end. */
@@ -65,13 +65,21 @@ export interface SamplesOptions {
     /** True: stale values are given too; otherwise they are null. */
     stale?: boolean;
     /** True: adds "NAME age" in seconds for each channel. */
-    ages?: boolean;
+    ages?: Ages;
     /** Ends the rows. */
     signal?: AbortSignal;
 }
 
-/** The moment under "time", then a value (or null) for each channel under the name it was asked for by. */
-export type Sample = { time: Date } & { [column: string]: number | null | Date };
+/** The text that a channel was asked for by; the short name of a number or object may be any text. */
+export type Column<C extends ChannelLike> = C extends string ? C : string;
+/**
+ * The moment under "time", then a value (or null) for each channel under the name it was asked for by, with `Ages` also
+ * its age under "NAME age". `Sample<'BSP' | 'AWA'>` is a row of these two; plain `Sample` one of numbers, objects or
+ * names that are not known before the program runs.
+ */
+export type Sample<C extends ChannelLike = ChannelLike, Ages extends boolean = false> = { time: Date } & {
+    [column in Column<C> | ([Ages] extends [true] ? `${Column<C>} age` : never)]: number | null;
+};
 
 /** A channel. Its names and its unit are the catalogue's or what the section has set instead. */
 export class Channel {
@@ -80,7 +88,10 @@ export class Channel {
     /** The short name; empty for channel 0. */
     get name(): string;
     get longName(): string;
-    /** The base unit: "kt", "nm", "m"; empty when it has none. */
+    /**
+     * The base unit: "kt", "nm", "m"; empty when it has none. For times it is how they are shown ("UTC", "h:mm:ss"):
+     * their values are days.
+     */
     get unit(): string;
     /** The age in seconds from which a value is stale; null: never. */
     get timeout(): number | null;
@@ -128,7 +139,10 @@ export class View {
     read(channel: ChannelLike, boat?: BoatLike): Reading;
     readGroup(channels: readonly ChannelLike[], boat?: BoatLike): Group;
     set(channel: ChannelLike, value: number | null, boat?: BoatLike): boolean;
-    samples(channels: readonly ChannelLike[], options?: SamplesOptions): AsyncGenerator<Sample, void, void>;
+    samples<C extends ChannelLike, Ages extends boolean = false>(
+        channels: readonly C[],
+        options?: SamplesOptions<Ages>,
+    ): AsyncGenerator<Sample<C, Ages>, void, void>;
     systemVariable(index: number): number | null;
     systemInteger(index: number): number | null;
     systemFlag(index: number): boolean | null;
@@ -176,10 +190,10 @@ export function readGroup(channels: readonly ChannelLike[], boat?: BoatLike): Gr
  */
 export function set(channel: ChannelLike, value: number | null, boat?: BoatLike): boolean;
 /** Rows of one moment each. */
-export function samples(
-    channels: readonly ChannelLike[],
-    options?: SamplesOptions,
-): AsyncGenerator<Sample, void, void>;
+export function samples<C extends ChannelLike, Ages extends boolean = false>(
+    channels: readonly C[],
+    options?: SamplesOptions<Ages>,
+): AsyncGenerator<Sample<C, Ages>, void, void>;
 /** System variable 0 to 79 in its own unit; null when it has no value. */
 export function systemVariable(index: number): number | null;
 /** System integer 0 to 12; null without a section. */

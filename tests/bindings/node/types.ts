@@ -1,6 +1,6 @@
 // What a program in TypeScript may and may not say. Compiling is the test.
 import * as t from 'tallowmere';
-import { ChannelId, type Reading, type Sample } from 'tallowmere';
+import { ChannelId, type Reading, type Sample, type SamplesOptions } from 'tallowmere';
 
 export async function use(): Promise<void> {
     const speed: number | null = t.get(ChannelId.BSP);
@@ -13,7 +13,28 @@ export async function use(): Promise<void> {
     for await (const row of t.samples([channel, 'AWA', 3], { count: 1, signal: new AbortController().signal })) {
         const sample: Sample = row;
         const time: Date = sample.time;
-        void time;
+        const any: number | null = sample.Depth;
+        void [time, any];
+    }
+    for await (const row of t.samples(['BSP', 'AWA'], { interval: 0.1 })) {
+        const named: Sample<'BSP' | 'AWA'> = row;
+        const time: number = named.time.getTime();
+        if (row.BSP !== null) void [row.BSP + 1, time];
+        // @ts-expect-error: a value may be missing
+        void (row.AWA + 1);
+        // @ts-expect-error: not asked for
+        void row.Depth;
+        // @ts-expect-error: without ages
+        void row['BSP age'];
+    }
+    for await (const row of new t.View().samples(['BSP'], { ages: true })) {
+        if (row['BSP age'] !== null && row.BSP !== null) void (row['BSP age'] + row.BSP);
+    }
+    const names: string[] = ['BSP'];
+    const options: SamplesOptions = { count: 1 };
+    for await (const row of t.samples(names, options)) {
+        const values: (number | null)[] = names.map((name) => row[name]);
+        void values;
     }
     const view = new t.View();
     const played: boolean = view.isReplay || t.isReplay();

@@ -10,6 +10,11 @@
 #ifndef TALLOWMERE_TALLOWMERE_HPP
 #define TALLOWMERE_TALLOWMERE_HPP
 
+// Visual Studio says its standard in _MSVC_LANG.
+#if __cplusplus < 201703L && (!defined(_MSVC_LANG) || _MSVC_LANG < 201703L)
+#error "tallowmere/tallowmere.hpp needs C++17 or later (-std=c++17, /std:c++17)"
+#endif
+
 #include <tallowmere/tallowmere.h>
 
 #include <algorithm>

@@ -69,6 +69,16 @@ build_and_run(pkg_config_client tallowmere ${SOURCE_DIR}/client/client.c)
 build_and_run(pkg_config_cpp_client tallowmere ${SOURCE_DIR}/client/cpp_client.cpp)
 build_and_run(pkg_config_view_client tallowmere_view ${SOURCE_DIR}/client/view_client.cpp)
 
+# An older standard is told so, and not by errors of the standard library.
+foreach(client cpp_client view_client)
+    execute_process(COMMAND ${CXX_COMPILER} -std=c++14 -fsyntax-only -I${prefix}/include ${SOURCE_DIR}/client/${client}.cpp
+                    RESULT_VARIABLE result OUTPUT_QUIET ERROR_VARIABLE errors)
+    string(REGEX MATCH "error: [^\n]*" first "${errors}")
+    if(result EQUAL 0 OR NOT first MATCHES "needs C\\+\\+17")
+        message(FATAL_ERROR "C++14 is answered by: ${errors}")
+    endif()
+endforeach()
+
 # find_example(DOCUMENT INFO RESULT): the first block of a document whose opening fence says INFO.
 function(find_example document info result)
     file(READ ${document} text)

@@ -153,7 +153,10 @@ std::string usageError(const CLI::App& app, const CLI::ParseError& error) {
     while (!last->get_subcommands().empty()) last = last->get_subcommands().front();
     const bool wantsCommand = !last->get_subcommands([](const CLI::App*) { return true; }).empty();
     const std::vector<std::string> unknown = last->remaining();
-    if (!wantsCommand || unknown.empty()) return error.what();
+    if (!wantsCommand) return error.what();
+    // The parser calls it a subcommand; everywhere else it is a command.
+    if (unknown.empty())
+        return dynamic_cast<const CLI::RequiredError*>(&error) ? "a command is required" : error.what();
     return (unknown.front().starts_with('-') ? "there is no option \"" : "there is no command \"") + unknown.front() +
            '"';
 }

@@ -90,8 +90,8 @@ TEST_F(CommandLine, NamesTheCommandOrOptionThatThereIsNot) {
     EXPECT_EQ(command.err, "tallowmere: there is no command \"frob?nicate\"\nTry \"tallowmere --help\".\n");
     EXPECT_THAT(run({"--frobnicate"}).err, HasSubstr("there is no option \"--frobnicate\""));
     EXPECT_THAT(run({"calibration", "frobnicate"}).err, HasSubstr("there is no command \"frobnicate\""));
-    EXPECT_THAT(run({"calibration"}).err, HasSubstr("A subcommand is required"));
-    EXPECT_THAT(run({}).err, HasSubstr("A subcommand is required"));
+    EXPECT_THAT(run({"calibration"}).err, HasSubstr("a command is required\n"));
+    EXPECT_THAT(run({}).err, HasSubstr("a command is required\n"));
     EXPECT_THAT(run({"get", "BSP", "--frobnicate"}).err, HasSubstr("--frobnicate"));
 }
 

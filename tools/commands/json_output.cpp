@@ -13,12 +13,6 @@ namespace {
 // Every text was made printable before; should one not be, the output is still JSON.
 constexpr auto kReplaceBadText = Json::error_handler_t::replace;
 
-/// Moments and spans are counted in days as numbers.
-std::string unitOfNumber(UnitClass unitClass) {
-    if (unitClass == UnitClass::DateTime || unitClass == UnitClass::TimeSpan) return "days";
-    return unitNameOf(unitClass).baseUnit;
-}
-
 } // namespace
 
 Json jsonNumber(double value) {
@@ -31,6 +25,11 @@ Json jsonNote(double value) {
 
 Json jsonText(const std::string& text) {
     return text.empty() ? Json() : Json(text);
+}
+
+Json jsonUnit(UnitClass unitClass) {
+    if (unitClass == UnitClass::DateTime || unitClass == UnitClass::TimeSpan) return "days";
+    return jsonText(unitNameOf(unitClass).baseUnit);
 }
 
 Json jsonMoment(std::optional<std::int64_t> ticks) {
@@ -48,7 +47,7 @@ Json jsonOf(const Reading& reading, BoatIndex boat) {
         {"boat", boat},
         {"value", jsonNumber(reading.number)},
         {"note", std::move(note)},
-        {"unit", jsonText(unitOfNumber(reading.unitClass))},
+        {"unit", jsonUnit(reading.unitClass)},
         {"moment", jsonMoment(reading.moment)},
         {"state", stateName(reading.freshness)},
         {"age_seconds", reading.age ? Json(*reading.age) : Json()},

@@ -20,6 +20,8 @@ using Json = nlohmann::ordered_json; // fields keep their order
 [[nodiscard]] Json jsonNote(double value);
 /// Null for an empty text. Printable UTF-8.
 [[nodiscard]] Json jsonText(const std::string& text);
+/// Of a value as a number: "days" for moments and time spans; null where there is none.
+[[nodiscard]] Json jsonUnit(UnitClass unitClass);
 /// UTC with all seven decimals of its second; null for none.
 [[nodiscard]] Json jsonMoment(std::optional<std::int64_t> ticks);
 /// What a channel of a boat shows.

@@ -36,12 +36,12 @@ Table channelTable(const SharedArea* area) {
 Json channelsJson(const SharedArea* area) {
     Json channels = Json::array();
     for (std::size_t channel = 0; channel < kChannelCount; ++channel) {
-        const UnitName unit = unitNameOf(unitClassOf(area, channel));
+        const UnitClass unitClass = unitClassOf(area, channel);
         channels.push_back({{"channel", channel},
                             {"name", jsonText(printable(shortNameOf(area, channel)))},
                             {"long_name", jsonText(printable(longNameOf(area, channel)))},
-                            {"unit", jsonText(unit.baseUnit)},
-                            {"class", unit.words},
+                            {"unit", jsonUnit(unitClass)},
+                            {"class", unitNameOf(unitClass).words},
                             {"timeout_seconds", kCatalogue[channel].timeoutSeconds}});
     }
     return channels;

@@ -161,6 +161,9 @@ TEST_F(Json, ListIsAnArray) {
     ASSERT_EQ(channels.size(), 414U);
     EXPECT_EQ(channels[ZAN_BSP].at("name"), "BSP");
     EXPECT_EQ(channels[ZAN_BSP].at("unit"), "kt");
+    for (const ChannelIndex each : {ZAN_BSP, ZAN_TIME, ZAN_TMTOGUN, ZAN_FORESTAY}) // as get says
+        EXPECT_EQ(channels[each].at("unit"), channel(std::to_string(each)).at("unit")) << each;
+    EXPECT_EQ(channels[ZAN_TMTOGUN].at("unit"), "days");
     EXPECT_EQ(answer({"list", "--boats", "--json"}).size(), 100U);
     EXPECT_EQ(answer({"list", "--flags", "--json"}).size(), 60U);
     area().systemVariables[3] = std::numeric_limits<double>::quiet_NaN();

@@ -99,7 +99,7 @@ typedef struct tlm_view_group {
 /* What a channel is, 184 bytes: the catalogue's row with what the section has set instead. */
 typedef struct tlm_view_channel {
     /*   0 */ uint16_t channel;
-    /*   2 */ int16_t unit_class;         /* see docs/channels.md; the section's for user channels */
+    /*   2 */ int16_t unit_class;         /* docs/channels.md has a table; the section's for user channels */
     /*   4 */ uint16_t timeout_seconds;   /* age from which a value is stale; 0: never */
     /*   6 */ uint16_t precision;         /* decimals to show; 255: not a number */
     /*   8 */ int16_t min_value;          /* plausible range in the base unit; */
@@ -114,7 +114,8 @@ typedef struct tlm_view_channel {
     /*  19 */ uint8_t reserved[5];        /* 0 */
     /*  24 */ char short_name[48];        /* the one set in the section, else the catalogue's; empty for channel 0 */
     /*  72 */ char long_name[96];         /* likewise */
-    /* 168 */ char unit[16];              /* the base unit: "kt", "nm", "m"; empty when it has none */
+    /* 168 */ char unit[16];              /* the base unit: "kt", "nm", "m"; empty when it has none. For times
+                                         how they are shown ("UTC", "h:mm:ss"): their values are days */
 } tlm_view_channel;
 
 /* A boat's entry, 112 bytes. */

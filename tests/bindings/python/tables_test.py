@@ -20,6 +20,7 @@ class Tables(Case):
         self.assertEqual(table["BSP"].tolist(), [6.4] * 3)
         self.assertTrue(table["AWA"].isna().all())
         self.assertEqual(str(table["time"].dt.tz), "UTC")
+        self.assertEqual(list(table.set_index("time").astype(float).dtypes), [float, float])
 
     def test_are_what_the_document_says(self) -> None:
         test_document.check(

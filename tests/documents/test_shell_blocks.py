@@ -1,12 +1,13 @@
 """What the documents tell a reader to type, run by a reader with an empty home folder.
 
-Each `sh` block is run here, or stands in NOT_RUN. CTest gives the folder of the build (TALLOWMERE_BUILD) and folders for
-the section, settings and data.
+FENCES tells of each block of each document which test runs, builds or reads it; each line of a shell is run here, or
+stands in NOT_RUN. CTest gives the folder of the build (TALLOWMERE_BUILD) and folders for the section, settings and data.
 """
 
 import json
 import os
 import re
+import shutil
 import signal
 import sqlite3
 import subprocess
@@ -19,18 +20,90 @@ from typing import Callable, List
 ROOT = Path(__file__).resolve().parents[2]
 PATIENCE = 60  # seconds, before something that should happen counts as not happening
 
-# How often each document has a block that is run below, and what is not.
-RUN = {"README.md": 1, "docs/commands.md": 1, "docs/getting-started.md": 4, "docs/recording.md": 1}
+# Of each document how many blocks of each language there are, and the test that runs, builds or reads them.
+HERE = "tests/documents/test_shell_blocks.py"
+HOST = "tests/documents/CMakeLists.txt"
+INSTALL = "tests/install/install_test.cmake"
+SETTINGS = "tests/documents/settings_document_test.cpp"
+NODE = "tests/bindings/node/document.test.js"
+PYTHON = "tests/bindings/python/test_document.py"
+SYNOPSIS = "not run: a synopsis"
+FENCES = {
+    "README.md": {"c": (1, INSTALL), "sh": (3, HERE)},
+    "docs/building.md": {"text": (1, SYNOPSIS)},
+    "docs/calibration.md": {"text": (1, HERE)},
+    "docs/commands.md": {"sh": (1, HERE), "zsh": (1, HERE)},
+    "docs/functions.md": {"c": (1, INSTALL)},
+    "docs/getting-started.md": {
+        "bat": (3, INSTALL),
+        "c": (1, INSTALL),
+        "cmake": (1, INSTALL),
+        "cpp": (1, INSTALL),
+        "sh": (5, HERE),
+        "text": (2, INSTALL),
+    },
+    "docs/host.md": {"cmake": (1, HOST), "cpp": (1, HOST), "text": (2, HOST)},
+    "docs/node.md": {"bat": (1, HERE), "js": (6, NODE), "sh": (2, HERE)},
+    "docs/packaging.md": {"sh": (1, HERE), "text": (2, SYNOPSIS)},
+    "docs/python.md": {"bat": (1, HERE), "python": (7, PYTHON), "sh": (4, HERE)},
+    "docs/recording.md": {"csv": (1, HERE), "sh": (1, HERE), "sql": (1, HERE)},
+    "docs/robustness.md": {"sh": (1, HERE)},
+    "docs/settings.md": {"csv": (2, SETTINGS), "reg": (1, SETTINGS), "text": (7, SETTINGS), "xml": (2, SETTINGS)},
+    "docs/view.md": {"c": (1, INSTALL), "cpp": (1, INSTALL)},
+    "examples/README.md": {"sh": (2, HERE)},
+}
+
+# Lines of `sh` and `bat` that no test types as they stand.
+_BUILDS = "builds the project"
+_AS_ROOT = "tests/packages/linux installs the packages"
+_FETCHES = "fetches from a registry"
+_WINDOWS = "there is no Windows here"
 NOT_RUN = {
-    "scripts/demo": "builds the project",
+    "scripts/demo": _BUILDS,
     "scripts/test": "builds and tests the project",
+    "cmake --preset linux && cmake --build --preset linux": _BUILDS,
     "cmake --preset demo && cmake --build --preset demo": "in its place stands the build that is tested here",
+    "cmake --build build/fuzz --target slow_inputs && build/fuzz/fuzz/slow_inputs": _BUILDS,
+    "sudo apt install ./libtallowmere1_*.deb ./libtallowmere-view1_*.deb ./libtallowmere-dev_*.deb"
+    " ./tallowmere-tools_*.deb": _AS_ROOT,
+    "sudo apt install ./python3-tallowmere_*.deb ./tallowmere-node_*.deb": _AS_ROOT,
+    "sudo apt install ./libtallowmere1_*.deb ./libtallowmere-view1_*.deb ./python3-tallowmere_*.deb": _AS_ROOT,
+    "sudo apt install ./libtallowmere1_*.deb ./libtallowmere-view1_*.deb ./tallowmere-node_*.deb": _AS_ROOT,
+    "pip install /usr/share/tallowmere/tallowmere-*.whl": _AS_ROOT,
+    "npm install /usr/share/tallowmere/tallowmere-*.tgz": _AS_ROOT,
+    "pip install ./bindings/python": _FETCHES,
+    "npm pack ~/source/bindings/node": "goes with the next line",
+    "npm install ./tallowmere-*.tgz": _FETCHES,
+    r"pip install %LOCALAPPDATA%\Programs\Tallowmere\python\tallowmere-VERSION-py3-none-any.whl": _WINDOWS,
+    r"npm install %LOCALAPPDATA%\Programs\Tallowmere\node\tallowmere-VERSION.tgz": _WINDOWS,
+    "cmake -S . -B build -G Ninja": "its like is run by " + INSTALL,
+    r"build\c_client.exe": _WINDOWS,
+    r"build\cpp_client.exe": _WINDOWS,
+    'cmake -S . -B build -G "Visual Studio 17 2022" -A x64': _WINDOWS,
+    "cmake --build build --config Release": _WINDOWS,
+    r"build\Release\c_client.exe": _WINDOWS,
+    r"build\Release\cpp_client.exe": _WINDOWS,
 }
 
 
+def documents() -> List[str]:
+    found = [ROOT / "README.md"]
+    for folder in ("docs", "examples", "bindings/node", "bindings/python"):
+        found += sorted((ROOT / folder).glob("*.md"))
+    return [str(document.relative_to(ROOT)) for document in found]
+
+
+def read(document: str) -> str:
+    return (ROOT / document).read_text(encoding="utf-8")
+
+
+BUILD_REQUIREMENTS = re.findall(
+    r'"([a-z]+)', re.findall(r"^requires = (.*)$", read("bindings/python/pyproject.toml"), re.MULTILINE)[0]
+)
+
+
 def blocks(document: str, info: str) -> List[str]:
-    text = (ROOT / document).read_text(encoding="utf-8")
-    return re.findall(rf"^```{info}\n(.*?)^```$", text, re.MULTILINE | re.DOTALL)
+    return re.findall(rf"^```{info}\n(.*?)^```$", read(document), re.MULTILINE | re.DOTALL)
 
 
 def commands(block: str) -> List[str]:
@@ -113,6 +186,10 @@ class Reader(unittest.TestCase):
         self.assertEqual((done.stderr, done.returncode), ("", 0), line)
         return done.stdout
 
+    def run_lines(self, lines: List[str], before: str) -> None:
+        for line in lines:
+            self.run_line(f"{before}\n{line}")
+
     def has_live_values(self) -> bool:
         done = subprocess.run(
             ["bash", "-c", f"{self.exports}\ntallowmere status --json"], stdout=subprocess.PIPE, encoding="utf-8"
@@ -126,15 +203,47 @@ class Reader(unittest.TestCase):
         return simulation
 
 
-class Documents(Reader):
-    def test_every_block_is_run_or_said_not_to_be(self) -> None:
-        run = {}
-        for document in sorted([ROOT / "README.md", *ROOT.glob("docs/*.md"), *ROOT.glob("examples/*.md")]):
-            name = str(document.relative_to(ROOT))
-            count = sum(not set(commands(block)) <= set(NOT_RUN) for block in blocks(name, "sh"))
-            if count:
-                run[name] = count
-        self.assertEqual(run, RUN)
+class Documents(unittest.TestCase):
+    maxDiff = None
+
+    def test_every_block_is_known(self) -> None:
+        found = {}
+        for document in documents():
+            # Those in a list too, which no test would find: their language begins with a space.
+            fences = re.findall(r"^( *)```(.*)\n(?:.*\n)*?\1```$", read(document), re.MULTILINE)
+            languages = [indent + (info.split() or [""])[0] for indent, info in fences]
+            if languages:
+                found[document] = {language: languages.count(language) for language in languages}
+        known = {name: {language: count for language, (count, _) in all_.items()} for name, all_ in FENCES.items()}
+        self.assertEqual(found, known)
+
+    def test_the_tests_of_blocks_know_their_documents(self) -> None:
+        for document, fences in FENCES.items():
+            for _, test in fences.values():
+                if test != SYNOPSIS:
+                    self.assertIn(Path(document).stem, (ROOT / test).read_text(encoding="utf-8"))
+
+    def test_what_is_not_run_is_there(self) -> None:
+        lines = {
+            line
+            for document in documents()
+            for language in ("sh", "bat")
+            for block in blocks(document, language)
+            for line in commands(block)
+        }
+        self.assertEqual(set(NOT_RUN) - lines, set())
+
+    def test_whole_commands_stand_in_fences(self) -> None:
+        for document in documents():
+            text = re.sub(r"^```.*?^```$", "", read(document), flags=re.MULTILINE | re.DOTALL)
+            command = r"(?:sudo|apt|npm|pip|python3|cmake|scripts/\w+|tallowmere)"
+            self.assertNotRegex(text, rf"\n( {{4,}}|\t){command} ", document)
+            self.assertNotRegex(text, rf"`{command} [^`]*\.(?:deb|whl|tgz)`", document)
+
+    def test_no_table_has_a_gap(self) -> None:
+        for document in documents():
+            # A row behind an empty line is a head: dashes follow.
+            self.assertNotRegex(read(document), r"\n\n\|.*\n(?!\|[-:| ]+\n)", document)
 
 
 class GettingStarted(Reader):
@@ -149,12 +258,80 @@ class GettingStarted(Reader):
     def test_clients_are_built_without_cmake(self) -> None:
         for language in ("c", "cpp"):
             (self.folder / f"client.{language}").write_text(blocks("docs/getting-started.md", language)[0], "utf-8")
-        for line in commands(blocks("docs/getting-started.md", "sh")[3]):
-            self.run_line(f"export PKG_CONFIG_PATH=~/tallowmere/lib/pkgconfig\n{line}")
+        build = commands(blocks("docs/getting-started.md", "sh")[4])
+        self.run_lines(build, "export PKG_CONFIG_PATH=~/tallowmere/lib/pkgconfig")
         for language in ("c", "cpp"):
             self.assertEqual(
                 self.run_line(f"./{language}_client"), blocks("docs/getting-started.md", f"text {language}")[0]
             )
+
+    def test_clients_are_built_with_cmake(self) -> None:
+        project = self.folder / "project"
+        project.mkdir()
+        for file, language in (("client.c", "c"), ("client.cpp", "cpp"), ("CMakeLists.txt", "cmake")):
+            (project / file).write_text(blocks("docs/getting-started.md", language)[0], "utf-8")
+        *build, c_client, cpp_client = commands(blocks("docs/getting-started.md", "sh")[3])
+        self.run_lines(build, "cd project")
+        for language, line in (("c", c_client), ("cpp", cpp_client)):
+            self.assertEqual(
+                self.run_line(f"cd project\n{line}"), blocks("docs/getting-started.md", f"text {language}")[0]
+            )
+
+
+class Examples(Reader):
+    def test_are_built_and_run(self) -> None:
+        simulate, build = blocks("examples/README.md", "sh")
+        shutil.copytree(ROOT / "examples", self.folder / "source/examples")
+        *build, wind_display = commands(build)
+        self.run_lines(build, "cd source")
+        simulation = Going(self, commands(simulate)[0])
+        wait_until(self.has_live_values)
+        self.assertIn("AWA", self.run_line(f"cd source\n{wind_display}"))
+        simulation.ctrl_c()
+
+
+class Python(Reader):
+    def test_package_is_built_from_the_source_tree(self) -> None:
+        """By a Python that has what the document names, and nothing from a registry."""
+        parts = ["ensurepip", *BUILD_REQUIREMENTS]
+        probe = f"import importlib.util as u, sys; sys.exit(None in list(map(u.find_spec, {parts})))"
+        pythons = [Path(folder, "python3") for folder in [*os.get_exec_path(), "/usr/bin"]]
+        usable = [each for each in pythons if each.exists() and subprocess.run([each, "-c", probe]).returncode == 0]
+        if not usable:
+            self.skipTest(f"no python3 has {', '.join(parts)}")
+        shutil.copytree(
+            ROOT / "bindings/python",
+            self.folder / "bindings/python",
+            ignore=shutil.ignore_patterns("build", "*.egg-info", "__pycache__"),
+        )
+        self.run_lines(
+            commands(blocks("docs/python.md", "sh")[2]),
+            f"export PATH={usable[0].parent}:$PATH PIP_NO_INDEX=1 PIP_DISABLE_PIP_VERSION_CHECK=1",
+        )
+        self.assertEqual(self.run_line("boat/bin/python -c 'import tallowmere; print(tallowmere.get(1))'"), "None\n")
+
+
+class PythonRequirements(unittest.TestCase):
+    def test_are_named(self) -> None:
+        self.assertIn("wheel", BUILD_REQUIREMENTS)  # setuptools needs it, up to the version of Debian 12 and later
+        for requirement in ("venv", *BUILD_REQUIREMENTS):
+            self.assertIn(f"`python3-{requirement}`", read("docs/python.md"))
+
+
+class Calibration(Reader):
+    def test_commands_are_taken(self) -> None:
+        folder = Path(os.environ["XDG_DATA_HOME"], "Tallowmere/calibration")
+        folder.mkdir(parents=True, exist_ok=True)
+        table = folder / "ZAN_CAL_Bsp.txt"
+        table.write_text("0 10\n0 0 1\n20 0 3\n", encoding="utf-8")
+        self.addCleanup(table.unlink)
+        (synopsis,) = blocks("docs/calibration.md", "text synopsis")
+        lines = [line.split("  ")[0] for line in synopsis.splitlines()]
+        for word, given in (("[ITEM|FILE]", "Bsp"), ("ITEM", "Bsp"), ("X [R]", "5 10"), ("-o F", "-o bsp.svg")):
+            lines = [line.replace(word, given) for line in lines]
+        for line in lines:
+            self.run_line(f"{line} 2>said")
+        self.assertIn("<svg", (self.folder / "bsp.svg").read_text(encoding="utf-8"))
 
 
 class Readme(Reader):
@@ -179,6 +356,15 @@ class Completion(Reader):
         (block,) = blocks("docs/commands.md", "sh")
         (line,) = [line for line in commands(block) if "bash" in line]
         self.assertRegex(self.run_line(f"{line}\ncomplete -p tallowmere"), r"^complete .*tallowmere$")
+
+    def test_is_taken_by_zsh(self) -> None:
+        if shutil.which("zsh") is None:
+            self.skipTest("zsh is not installed")
+        (block,) = blocks("docs/commands.md", "zsh")
+        (self.folder / "completion.zsh").write_text(
+            f"autoload -U compinit\ncompinit -u -D\n{block}print $_comps[tallowmere]\n", encoding="utf-8"
+        )
+        self.assertEqual(self.run_line("zsh -f completion.zsh"), "_tallowmere\n")
 
 
 class Recording(Reader):

@@ -38,8 +38,8 @@ CCore::CCore(platform::Platform& platform, bool bStart) noexcept
 }
 
 CCore::~CCore() {
-    stopRequested_ = 1;
-    for (int poll = 0; poll < kBusyPolls && workerBusy_ != 0; ++poll)
+    stopRequested_.store(1, std::memory_order_release);
+    for (int poll = 0; poll < kBusyPolls && workerBusy_.load(std::memory_order_acquire) != 0; ++poll)
         context().platform.sleepMilliseconds(kBusyPollMilliseconds);
     tracks_.reset();
     reserved_.output.reset();

@@ -12,6 +12,7 @@
 #include "core/reserved_state.hpp"
 #include "settings/track_settings.hpp"
 
+#include <atomic>
 #include <memory>
 #include <string>
 
@@ -53,9 +54,10 @@ class CCore {
     [[nodiscard]] TrackSettings* trackSettings() const noexcept { return tracks_.get(); }
 
     /// For a host with a worker thread: the destructor waits while it is set.
-    void setWorkerBusy(bool busy) noexcept { workerBusy_ = busy ? 1 : 0; }
+    /// Called on the worker's own thread: what that did before `false` is done when the destructor goes on.
+    void setWorkerBusy(bool busy) noexcept { workerBusy_.store(busy ? 1 : 0, std::memory_order_release); }
     /// True from the moment that the worker is asked to stop. Set at construction too (KEPT).
-    [[nodiscard]] bool stopRequested() const noexcept { return stopRequested_ != 0; }
+    [[nodiscard]] bool stopRequested() const noexcept { return stopRequested_.load(std::memory_order_acquire) != 0; }
 
   private:
     std::unique_ptr<platform::SharedSection> attachSection(platform::Platform& platform) noexcept;
@@ -64,8 +66,8 @@ class CCore {
 
     Calibration calibration_;
     ReservedState reserved_;
-    volatile std::uint8_t stopRequested_ = 1;
-    volatile std::uint8_t workerBusy_ = 0;
+    std::atomic<std::uint8_t> stopRequested_ = 1;
+    std::atomic<std::uint8_t> workerBusy_ = 0;
     std::uint8_t setupDone_ = 1;
     std::unique_ptr<TrackSettings> tracks_;
     std::unique_ptr<platform::SharedSection> section_;

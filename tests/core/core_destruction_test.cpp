@@ -1,6 +1,9 @@
 // The end of a core object.
 #include "tests/core/core_fixture.hpp"
 
+#include <atomic>
+#include <thread>
+
 namespace tallowmere::test {
 namespace {
 
@@ -44,6 +47,25 @@ TEST_F(CoreDestruction, EndsItsWaitAsSoonAsTheWorkerIsDone) {
     delete core;
     EXPECT_THAT(machine.sleeps, ::testing::ElementsAre(50U, 50U));
     EXPECT_FALSE(sectionLives());
+}
+
+TEST_F(CoreDestruction, ComesAfterAllThatAWorkerOnItsOwnThreadDid) {
+    auto core = start();
+    int work = 0; // plain: ordered by the worker's last word to the core object alone
+    std::atomic<bool> done = false;
+    core->setWorkerBusy(true);
+    std::thread worker([&work, &done, worked = core.get()] {
+        if (worked->stopRequested()) work = 1;
+        worked->setWorkerBusy(false);
+        done.store(true, std::memory_order_relaxed);
+    });
+    machine.onSleep = [&](unsigned) {
+        while (!done.load(std::memory_order_relaxed)) std::this_thread::yield();
+    };
+    core.reset();
+    EXPECT_EQ(work, 1);
+    EXPECT_LE(machine.sleeps.size(), 1U);
+    worker.join();
 }
 
 TEST_F(CoreDestruction, StopIsRequestedFromTheBeginning) {

@@ -7,7 +7,7 @@
 namespace tallowmere {
 namespace detail {
 
-constinit SharedArea* liveArea = nullptr;
+constinit std::atomic<SharedArea*> liveArea = nullptr;
 alignas(ValueStore) std::byte liveValues[sizeof(ValueStore)];
 static_assert(std::is_trivially_destructible_v<ValueStore>);
 
@@ -25,9 +25,9 @@ class LibraryCore {
   public:
     LibraryCore() noexcept : core_(false) {
         ::new (detail::liveValues) ValueStore(core_.values());
-        detail::liveArea = core_.area();
+        detail::liveArea.store(core_.area(), std::memory_order_release);
     }
-    ~LibraryCore() { detail::liveArea = nullptr; }
+    ~LibraryCore() { detail::liveArea.store(nullptr, std::memory_order_release); }
     LibraryCore(const LibraryCore&) = delete;
     LibraryCore& operator=(const LibraryCore&) = delete;
 

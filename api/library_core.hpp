@@ -3,15 +3,18 @@
 
 #include "core/channels/value_store.hpp"
 
+#include <atomic>
 #include <cstddef>
 #include <new>
 
 namespace tallowmere {
 
 namespace detail {
-/// The section of the library's core object; null before that lives, after that, and when it has none. A plain
-/// pointer, so that a call from another module's start or exit meets null and no half-made object.
-extern constinit SharedArea* liveArea;
+/// The section of the library's core object; null before that lives, after that, and when it has none. A call from
+/// another module's start or exit, or from a thread that runs while the program ends, meets null and no half-made
+/// object.
+extern constinit std::atomic<SharedArea*> liveArea;
+static_assert(std::atomic<SharedArea*>::is_always_lock_free);
 /// Where a copy of the core object's value store lies while there is a section: at a fixed place, because a write
 /// waits for every pointer on the way to its clock.
 extern std::byte liveValues[];
@@ -20,7 +23,7 @@ extern std::byte liveValues[];
 
 /// The section of the library, or null. Any thread.
 [[nodiscard]] inline SharedArea* libraryArea() noexcept {
-    return detail::liveArea;
+    return detail::liveArea.load(std::memory_order_acquire);
 }
 
 /// The value store of the library's core object, which lives from the library's loading to its unloading;

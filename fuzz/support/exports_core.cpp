@@ -6,7 +6,7 @@
 namespace tallowmere {
 namespace detail {
 
-constinit SharedArea* liveArea = nullptr;
+constinit std::atomic<SharedArea*> liveArea = nullptr;
 alignas(ValueStore) std::byte liveValues[sizeof(ValueStore)];
 
 ValueStore& valuesWithoutSection() noexcept {

@@ -25,9 +25,11 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace tallowmere::platform::posix {
 namespace {
@@ -67,17 +69,39 @@ std::u16string makerOf(int file) {
     return ::fstat(file, &status) == 0 ? widenText(findAccount(status.st_uid).name) : std::u16string();
 }
 
+/// Memory of the program or library itself, where the first of its views lies. At the end of a program its other
+/// threads run on, and one may be inside a call with the view in its hands: so where the view was there are pages of
+/// zeros then, and the call ends on them. They go with the library when that is unloaded, behind which there are no
+/// calls.
+constexpr std::size_t kPage = 4096;
+alignas(kPage) constinit std::array<std::byte, std::size_t{62} * kPage> place{};
+constinit std::atomic<bool> placeTaken = false;
+
+bool takePlace(std::size_t bytes) noexcept {
+    return bytes <= place.size() && ::sysconf(_SC_PAGESIZE) == kPage && !placeTaken.exchange(true);
+}
+
+/// Gives the place back; it stays taken where the system has no other pages to put there.
+void leavePlace() noexcept {
+    constexpr int kFlags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED;
+    if (::mmap(place.data(), place.size(), PROT_READ | PROT_WRITE, kFlags, -1, 0) != MAP_FAILED) placeTaken = false;
+}
+
 class SectionFile final : public SharedSection {
   public:
     SectionFile(Descriptor file, std::size_t bytes, bool existed, bool map) noexcept
-        : file_(std::move(file)), bytes_(bytes), existed_(existed) {
+        : file_(std::move(file)), bytes_(bytes), existed_(existed), inPlace_(map && takePlace(bytes)) {
         if (!map) return;
-        void* view = ::mmap(nullptr, bytes_, PROT_READ | PROT_WRITE, MAP_SHARED, file_.get(), 0);
+        const int flags = MAP_SHARED | (inPlace_ ? MAP_FIXED : 0);
+        void* view = ::mmap(inPlace_ ? place.data() : nullptr, bytes_, PROT_READ | PROT_WRITE, flags, file_.get(), 0);
         if (view != MAP_FAILED) view_ = static_cast<std::byte*>(view);
     }
     /// Closes without unlocking: a forked child may still live in the section through the same description.
     ~SectionFile() override {
-        if (view_ != nullptr) ::munmap(view_, bytes_);
+        if (inPlace_)
+            leavePlace();
+        else if (view_ != nullptr)
+            ::munmap(view_, bytes_);
     }
     SectionFile(const SectionFile&) = delete;
     SectionFile& operator=(const SectionFile&) = delete;
@@ -91,6 +115,7 @@ class SectionFile final : public SharedSection {
     std::byte* view_ = nullptr;
     std::size_t bytes_;
     bool existed_;
+    bool inPlace_;
 };
 
 /// Where the section's file is.

@@ -7,7 +7,7 @@
 namespace tallowmere {
 namespace detail {
 
-constinit SharedArea* liveArea = nullptr;
+constinit std::atomic<SharedArea*> liveArea = nullptr;
 alignas(ValueStore) std::byte liveValues[sizeof(ValueStore)];
 static_assert(std::is_trivially_destructible_v<ValueStore>);
 

@@ -2,8 +2,9 @@
 
 #include "core/channels/section_access.hpp"
 
-#include <algorithm>
+#include <cstddef>
 #include <iterator>
+#include <type_traits>
 
 namespace tallowmere {
 namespace {
@@ -12,79 +13,96 @@ constexpr double kVariableDefaults[] = {15.85, 15.8, 4.4, 0, 3.0, 1.0, 1.0, 10.0
 constexpr std::size_t kFlagsSetByDefault[] = {0, 1, 3, 7, 21, 40, 41, 42};
 constexpr ChannelIndex kLastChannel = kChannelCount - 1;
 
+template <class T, std::size_t Size> void writeAll(T (&fields)[Size], std::type_identity_t<T> value) noexcept {
+    for (T& field : fields) writeOnce(field, value);
+}
+
+/// An empty text; what lies behind the terminator stays.
+template <class Char, std::size_t Size> void writeEmpty(Char (&text)[Size]) noexcept {
+    writeOnce(text[0], Char{});
+}
+
 void initialiseHeader(SharedArea& area) noexcept {
-    area.hostWindow = 0;
-    area.marksPath[0] = area.databasePath[0] = area.dataFolder[0] = u'\0';
-    area.text544[0] = u'\0';
-    for (auto& text : area.texts1648) text[0] = u'\0';
-    area.text253244[0] = '\0';
-    area.number253178 = 32767;
-    area.trackReset = 0;
+    writeOnce(area.hostWindow, 0);
+    writeEmpty(area.marksPath);
+    writeEmpty(area.databasePath);
+    writeEmpty(area.dataFolder);
+    writeEmpty(area.text544);
+    for (auto& text : area.texts1648) writeEmpty(text);
+    writeEmpty(area.text253244);
+    area.number253178 = 32767; // not aligned, so the one field that is not written in one piece
+    writeOnce(area.trackReset, 0);
     for (EventRecord& event : area.events) {
-        event.time = kNoTime;
-        event.flag = 0;
-        std::fill(std::begin(event.values), std::end(event.values), NO_VALUE);
+        writeOnce(event.time, kNoTime);
+        writeOnce(event.flag, 0);
+        writeAll(event.values, NO_VALUE);
     }
-    std::fill(std::begin(area.times), std::end(area.times), kNoTime);
-    for (auto& row : area.alternates.cells) std::fill(std::begin(row), std::end(row), ZAN_NO_CHANNEL);
-    area.boatCount = 0;
+    writeAll(area.times, kNoTime);
+    for (auto& row : area.alternates.cells) writeAll(row, kNone16);
+    writeOnce(area.boatCount, 0);
 }
 
 void initialiseSystemValues(SharedArea& area) noexcept {
-    std::fill(std::begin(area.systemVariables), std::end(area.systemVariables), NO_VALUE);
-    std::copy(std::begin(kVariableDefaults), std::end(kVariableDefaults), area.systemVariables);
-    std::fill(std::begin(area.systemIntegers), std::end(area.systemIntegers), 0);
-    area.systemIntegers[6] = 5; // KEPT: a value that its own setter never produces
-    area.systemIntegers[10] = 60;
-    std::fill(std::begin(area.systemFlags), std::end(area.systemFlags), std::uint8_t{0});
-    for (const std::size_t flag : kFlagsSetByDefault) area.systemFlags[flag] = 1;
+    writeAll(area.systemVariables, NO_VALUE);
+    for (std::size_t index = 0; index < std::size(kVariableDefaults); ++index)
+        writeOnce(area.systemVariables[index], kVariableDefaults[index]);
+    writeAll(area.systemIntegers, 0);
+    writeOnce(area.systemIntegers[6], 5); // KEPT: a value that its own setter never produces
+    writeOnce(area.systemIntegers[10], 60);
+    writeAll(area.systemFlags, 0);
+    for (const std::size_t flag : kFlagsSetByDefault) writeOnce(area.systemFlags[flag], 1);
 }
 
 void initialiseMob(MobMark& mob) noexcept {
-    mob.name[0] = '\0';
-    mob.name[std::size(mob.name) - 1] = '\0';
-    mob.latitude = mob.longitude = NO_VALUE;
-    mob.flagA = mob.flagB = 0;
+    writeEmpty(mob.name);
+    writeOnce(mob.name[std::size(mob.name) - 1], '\0');
+    writeOnce(mob.latitude, NO_VALUE);
+    writeOnce(mob.longitude, NO_VALUE);
+    writeOnce(mob.flagA, 0);
+    writeOnce(mob.flagB, 0);
 }
 
 void initialiseBoats(SharedArea& area) noexcept {
     for (BoatEntry& boat : area.boats) {
-        boat.number = kNoBoatNumber;
-        boat.hasData = 0;
-        boat.name[0] = u'\0';
-        boat.mmsi = 0;
-        boat.colour = kDefaultBoatColour;
+        writeOnce(boat.number, kNoBoatNumber);
+        writeOnce(boat.hasData, 0);
+        writeEmpty(boat.name);
+        writeOnce(boat.mmsi, 0);
+        writeOnce(boat.colour, kDefaultBoatColour);
     }
 }
 
 void initialiseSettings(SharedArea& area) noexcept {
     for (std::size_t channel = 0; channel < kChannelCount; ++channel) {
         ChannelSetting& setting = area.settings[channel];
-        setting.calibrate = setting.blocked = setting.written = setting.log = setting.writeLockable = 0;
-        setting.precision = kCatalogue[channel].precision;
-        setting.unitClass = static_cast<std::int16_t>(kCatalogue[channel].unitClass());
-        setting.damping = 0;
-        setting.longName[0] = setting.shortName[0] = u'\0';
+        for (std::uint8_t* const byte :
+             {&setting.calibrate, &setting.blocked, &setting.written, &setting.log, &setting.writeLockable})
+            writeOnce(*byte, 0);
+        writeOnce(setting.precision, kCatalogue[channel].precision);
+        writeOnce(setting.unitClass, static_cast<std::int16_t>(kCatalogue[channel].unitClass()));
+        writeOnce(setting.damping, 0);
+        writeEmpty(setting.longName);
+        writeEmpty(setting.shortName);
     }
     // KEPT: the loop's last channel alone; channels.xml's reset sets the others from the catalogue.
-    area.settings[kLastChannel].log = 1;
+    writeOnce(area.settings[kLastChannel].log, 1);
 }
 
 void initialiseValues(SharedArea& area) noexcept {
     FullBoatBlock& own = area.fullBlocks[0]; // KEPT: boat 1's block stays as the system supplied it
     for (std::size_t channel = 0; channel < kChannelCount; ++channel) {
         const Record none = Record::none(storageKindOf(kCatalogue[channel].unitClass()));
-        own.stamps[channel] = kNoTime;
+        writeOnce(own.stamps[channel], kNoTime);
         storeRecord(own.current[channel], none);
         storeRecord(own.second[channel], none);
         storeRecord(own.third[channel], none);
-        own.marks[channel] = 0;
-        own.records[channel][0] = 0;
+        writeOnce(own.marks[channel], 0);
+        writeOnce(own.records[channel][0], 0);
 
         const std::uint16_t slot = kCatalogue[channel].compactIndex;
         if (slot == kNone16) continue;
         for (CompactBoatBlock& boat : area.compactBlocks) {
-            boat.stamps[slot] = kNoTime;
+            writeOnce(boat.stamps[slot], kNoTime);
             storeRecord(boat.current[slot], none);
             storeRecord(boat.third[slot], none);
         }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "core/channels/channel_lookup.hpp"
+#include "core/channels/derived_channels.hpp"
 
 #include <cstdint>
 
@@ -61,13 +62,6 @@ template <class Area> [[nodiscard]] auto valueSlotOf(Area& area, ChannelIndex ch
         }
     }
     return {Record::none(kind), false};
-}
-
-/// True for ROT, TrimRate, HeelRate, RudderToe and GPS tOffset: the library derives them from others, and what
-/// it leaves in the record's header is not the kind.
-[[nodiscard]] constexpr bool hasForeignHeader(ChannelIndex channel) noexcept {
-    return channel == ZAN_ROT || channel == ZAN_TRIMRATE || channel == ZAN_HEELRATE || channel == ZAN_RUDDERTOE ||
-           channel == ZAN_GPS_TOFFSET;
 }
 
 /// The record with the kind that the channel declares where its header can't tell it. For programs that want

@@ -1,5 +1,6 @@
 #include "core/channels/value_store.hpp"
 
+#include "core/channels/derived_channels.hpp"
 #include "core/channels/rounding.hpp"
 #include "core/channels/system_values.hpp"
 #include "core/channels/time_scale.hpp"
@@ -104,66 +105,60 @@ class DerivedValues {
     DerivedValues(const ValueStore& values, BoatIndex boat, std::int64_t stamp) noexcept
         : values_(values), area_(*values.area()), boat_(boat), stamp_(stamp) {}
 
-    void gpsOffset(std::int64_t gpsTime, std::int64_t now) noexcept {
-        if (storageKindOf(&area_, ZAN_GPS_TOFFSET) != StorageKind::Time) return;
+    /// What follows from a time.
+    void fromTime(const DerivedChannel& derived, std::int64_t time, std::int64_t now) noexcept {
+        if (derived.derivation != Derivation::TimeOffset) return;
+        if (storageKindOf(&area_, derived.target) != StorageKind::Time) return;
         // Unsigned, so that an absurd time wraps instead of overflowing.
-        putWithKindZero(ZAN_GPS_TOFFSET, static_cast<std::uint64_t>(now) - static_cast<std::uint64_t>(gpsTime));
+        putWithKindZero(derived.target, static_cast<std::uint64_t>(now) - static_cast<std::uint64_t>(time));
     }
 
     /// The value to store for `value`, and what else follows from it.
-    [[gnu::noinline]] double fromNumber(ChannelIndex channel, double value) noexcept {
-        switch (channel) {
-        case ZAN_RUDDERP:
-            rudderToe(ZAN_RUDDERS, [&](double starboard) { return value - starboard; });
+    [[gnu::noinline]] double fromNumber(const DerivedChannel& derived, double value) noexcept {
+        if (derived.flag != kAlways && SystemValues(&area_).flag(derived.flag) == 0) return value;
+        switch (derived.derivation) {
+        case Derivation::ToeFromPort:
+            rudderToe(derived, ZAN_RUDDERS, [&](double starboard) { return value - starboard; });
             break;
-        case ZAN_RUDDERS:
-            rudderToe(ZAN_RUDDERP, [&](double port) { return port - value; });
+        case Derivation::ToeFromStarboard:
+            rudderToe(derived, ZAN_RUDDERP, [&](double port) { return port - value; });
             break;
-        case ZAN_AWA:
+        case Derivation::LessMastAngle:
             return lessMastAngle(value);
-        case ZAN_HDG:
-            rate(channel, ZAN_ROT, system_flag::kComputeTurnRate, value);
+        case Derivation::Rate:
+            rate(derived, value);
             break;
-        case ZAN_HEEL:
-            rate(channel, ZAN_HEELRATE, system_flag::kComputeTiltRates, value);
-            break;
-        case ZAN_TRIM:
-            rate(channel, ZAN_TRIMRATE, system_flag::kComputeTiltRates, value);
-            break;
-        default:
+        case Derivation::TimeOffset: // of a channel that keeps times
             break;
         }
         return value;
     }
 
   private:
-    [[nodiscard]] bool flag(std::size_t index) const noexcept { return SystemValues(&area_).flag(index) != 0; }
-
     /// KEPT: kind byte 0, so a plain read as a double gives the payload's first byte.
     void putWithKindZero(ChannelIndex channel, std::uint64_t payload) noexcept {
         putDerived(area_, channel, Record{static_cast<std::uint64_t>(StorageKind::Byte), payload}, boat_, stamp_);
     }
 
-    template <class Difference> void rudderToe(ChannelIndex otherRudder, Difference difference) noexcept {
+    template <class Difference>
+    void rudderToe(const DerivedChannel& derived, ChannelIndex otherRudder, Difference difference) noexcept {
         const RecordResult other = values_.fetch(otherRudder, boat_);
-        if (!other.holdsValue || storageKindOf(&area_, ZAN_RUDDERTOE) != StorageKind::Double) return;
-        putWithKindZero(ZAN_RUDDERTOE, std::bit_cast<std::uint64_t>(difference(other.record.number())));
+        if (!other.holdsValue || storageKindOf(&area_, derived.target) != StorageKind::Double) return;
+        putWithKindZero(derived.target, std::bit_cast<std::uint64_t>(difference(other.record.number())));
     }
 
     /// KEPT: the own boat's mast angle, whichever boat's wind angle it is.
     [[nodiscard]] double lessMastAngle(double value) const noexcept {
-        if (!flag(system_flag::kCorrectMastAngle)) return value;
         const RecordResult mast = values_.fetch(ZAN_MASTANG, 0);
         return mast.holdsValue ? value - mast.record.number() : value;
     }
 
     /// Change of a value a second, over whole seconds. KEPT: a heading's step over north is not wrapped,
     /// and the record's header carries the previous stamp of the source.
-    void rate(ChannelIndex source, ChannelIndex target, std::size_t enablingFlag, double value) noexcept {
-        if (!flag(enablingFlag)) return;
-        const RecordResult previous = values_.fetch(source, boat_);
+    void rate(const DerivedChannel& derived, double value) noexcept {
+        const RecordResult previous = values_.fetch(derived.source, boat_);
         if (!previous.holdsValue) return;
-        const auto slot = valueSlotOf(area_, source, boat_);
+        const auto slot = valueSlotOf(area_, derived.source, boat_);
         if (!slot) return;
         const std::int64_t previousStamp = readOnce(*slot.stamp);
         if (previousStamp == kNoTime || stamp_ <= previousStamp) return;
@@ -171,7 +166,7 @@ class DerivedValues {
         const std::uint64_t seconds = elapsed / kTicksPerSecond;
         if (seconds == 0) return;
         const double change = (value - previous.record.number()) / static_cast<double>(seconds);
-        putDerived(area_, target,
+        putDerived(area_, derived.target,
                    Record{static_cast<std::uint64_t>(previousStamp), std::bit_cast<std::uint64_t>(change)}, boat_,
                    stamp_);
     }
@@ -181,20 +176,6 @@ class DerivedValues {
     BoatIndex boat_;
     std::int64_t stamp_;
 };
-
-bool hasDerivedValues(ChannelIndex channel) noexcept {
-    switch (channel) {
-    case ZAN_RUDDERP:
-    case ZAN_RUDDERS:
-    case ZAN_AWA:
-    case ZAN_HDG:
-    case ZAN_HEEL:
-    case ZAN_TRIM:
-        return true;
-    default:
-        return false;
-    }
-}
 
 } // namespace
 
@@ -238,12 +219,12 @@ bool ValueStore::write(ChannelIndex channel, BoatIndex boat, std::int64_t stamp,
     if (refused) return false;
 
     if (stamp == kNoTime) stamp = now;
-    if (isNumber) {
-        if (record.number() != NO_VALUE && hasDerivedValues(channel))
-            record.payload =
-                std::bit_cast<std::uint64_t>(DerivedValues(*this, boat, stamp).fromNumber(channel, record.number()));
-    } else if (channel == ZAN_GPS_TIME && kind == StorageKind::Time && record.holds(kind)) {
-        DerivedValues(*this, boat, stamp).gpsOffset(record.ticks(), now);
+    if (const DerivedChannel* const derived = derivedFrom(channel)) [[unlikely]] {
+        DerivedValues follow(*this, boat, stamp);
+        if (isNumber && record.number() != NO_VALUE)
+            record.payload = std::bit_cast<std::uint64_t>(follow.fromNumber(*derived, record.number()));
+        else if (kind == StorageKind::Time && record.holds(kind))
+            follow.fromTime(*derived, record.ticks(), now);
     }
 
     const bool stored = put(*view, channel, kind, record, boat, stamp);

@@ -13,8 +13,6 @@ using namespace tallowmere;
 
 namespace {
 
-constexpr std::int32_t kFixesFromClients = 3; // system integer 6: a host accepts the own boat's fixes
-
 bool inRange(std::uint16_t channel, std::uint16_t boat) noexcept {
     return channel < kChannelCount && boat < kBoatCount;
 }

@@ -19,7 +19,7 @@ inline constexpr std::size_t kDepthUnit = 1;
 inline constexpr std::size_t kSpeedUnit = 2;
 inline constexpr std::size_t kDistanceUnit = 3;
 inline constexpr std::size_t kLineDistanceUnit = 4;
-inline constexpr std::size_t kFixMode = 6; // 3: a host accepts the own boat's fixes from clients
+inline constexpr std::size_t kFixMode = 6;
 inline constexpr std::size_t kFixSubMode = 7;
 inline constexpr std::size_t kPressureUnit = 9;
 } // namespace system_integer
@@ -36,6 +36,9 @@ inline constexpr std::size_t kSomethingWritten = 38; // set by every write that 
 inline constexpr std::size_t kAlternateLast = 46;    // alternate table: column 8
 inline constexpr std::size_t kWriteLock = 52;        // write-lockable channels refuse writes
 } // namespace system_flag
+
+/// The fix mode in which a host accepts the own boat's fixes from clients.
+inline constexpr std::int32_t kFixesFromClients = 3;
 
 /// index 0 to 79: the variable in its own unit; 32767.0 for none, out of range or without a section.
 [[nodiscard]] inline double systemVariable(const SharedArea* area, std::size_t index) noexcept {

@@ -15,7 +15,6 @@ constexpr unsigned kFeeder = 1;              // the writer that the values name
 constexpr std::int64_t kLookEvery = 500'000; // microseconds
 constexpr std::int64_t kComeEvery = 100'000;
 constexpr std::int64_t kWarmUp = 2'000'000;
-constexpr int kFixesFromClients = 3;                // system integer 6: clients may write the own boat's fixes
 constexpr std::uint64_t kRoomToBreathe = 64 * 1024; // bytes that a process may grow by; a leak is more
 
 /// Calls `check` with every value; how many it refused. All boats but 1 have a clock too.

@@ -16,8 +16,6 @@
 namespace tallowmere::tools {
 namespace {
 
-constexpr std::int32_t kFixesFromClients = 3;
-
 /// A value that was taken but did not stay: the channel's range or kind can't hold it.
 std::string whyCleared(const SharedArea* area, ChannelIndex channel) {
     const ChannelDef& row = kCatalogue[channel];

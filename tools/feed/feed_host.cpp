@@ -12,9 +12,6 @@
 namespace tallowmere::feed {
 namespace {
 
-/// The value of the fix mode that lets clients write the own boat's satellite-fix channels.
-constexpr std::int32_t kHostAcceptsFixes = 3;
-
 std::string angleText(double degrees, char positive, char negative) {
     const long long thousandths = std::llround(std::abs(degrees) * 60'000.0);
     std::array<char, 48> text{};
@@ -30,7 +27,7 @@ FeedHost::FeedHost(platform::Platform& platform, std::unique_ptr<platform::HostW
     : core_(platform, values == Values::Calibrated), sink_(core_.values()), window_(std::move(window)),
       report_(std::move(report)) {
     if (!ready()) return;
-    core_.system().setInteger(system_integer::kFixMode, kHostAcceptsFixes);
+    core_.system().setInteger(system_integer::kFixMode, kFixesFromClients);
     // The window first: a player that still runs sees it and ends.
     if (window_) writeOnce(core_.area()->hostWindow, window_->handle());
     if (endReplay(core_.values())) report_("a recording was played here (REPLAY); its values have been taken out");

@@ -2,6 +2,7 @@
 
 #include "calibration/calibration_file.hpp"
 #include "calibration/default_table.hpp"
+#include "core/channels/angle_steps.hpp"
 #include "settings/data_folders.hpp"
 #include "settings/reg_ex.hpp"
 
@@ -25,7 +26,8 @@ void takeFlag(const CRegEx& key, std::u16string_view prefix, std::size_t index, 
     if (const auto value = key.findWholeDword(indexedName(prefix, index))) flag = *value != 0 ? 1 : 0;
 }
 
-/// Which item's correction is added to what is written to a channel. AWA has a second one, see there.
+/// Which item's correction is added to what is written to a channel. AWA has a second one,
+/// in addCorrection.
 /// KEPT: Leeway has an item and is not corrected.
 struct Correction {
     ChannelIndex channel;
@@ -52,12 +54,10 @@ constexpr auto kCorrectingItem = [] {
 double intoRange(UnitClass unitClass, double value) noexcept {
     switch (unitClass) {
     case UnitClass::Bearing:
-        if (value < 0.0) return value + 360.0;
-        return value >= 360.0 ? value - 360.0 : value;
+        return stepToBearing(value);
     case UnitClass::SignedAngle:
     case UnitClass::WindAngle:
-        if (value > 180.0) return value - 360.0;
-        return value < -180.0 ? value + 360.0 : value;
+        return stepToSigned(value);
     case UnitClass::BoatSpeed:
     case UnitClass::WindSpeed:
         return value < 0.0 ? 0.0 : value;

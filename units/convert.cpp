@@ -1,5 +1,6 @@
 #include "units/convert.hpp"
 
+#include "core/channels/angle_steps.hpp"
 #include "core/channels/system_values.hpp"
 #include "units/units.hpp"
 
@@ -23,18 +24,6 @@ double showDistance(const SystemValues& system, double value, std::int32_t setti
     const double length = system.variable(system_variable::kBoatLength);
     if (length == NO_VALUE || length == 0.0) return value;
     return value * (kDistanceUnits[kBoatLengths].factor / length);
-}
-
-/// One step of a turn towards 0 <= v < 360.
-double stepToBearing(double value) noexcept {
-    if (value >= kTurn) return value - kTurn;
-    return value < 0.0 ? value + kTurn : value;
-}
-
-/// One step of a turn towards -180 <= v <= 180.
-double stepToSigned(double value) noexcept {
-    if (value > kTurn / 2) return value - kTurn;
-    return value < -kTurn / 2 ? value + kTurn : value;
 }
 
 double showBearing(const ValueStore& values, double value, double variation) noexcept {

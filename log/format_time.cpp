@@ -1,5 +1,7 @@
 #include "log/system_log.hpp"
 
+#include "core/channels/time_scale.hpp"
+
 #include <array>
 #include <chrono>
 #include <cstdio>
@@ -10,19 +12,17 @@
 namespace tallowmere {
 namespace {
 
-constexpr std::int64_t kTicksPerSecond = 10'000'000;
-constexpr std::int64_t kUnixEpoch = 116'444'736'000'000'000; // 1970-01-01 in 100 ns since 1601-01-01
-constexpr std::size_t kLongestText = 255;                    // characters
+constexpr std::size_t kLongestText = 255; // characters
 
 /// Whole seconds since 1970, downwards. Never overflows: a second has many ticks.
-std::int64_t wholeSeconds(std::int64_t time) noexcept {
-    const std::int64_t sinceEarliest = time / kTicksPerSecond - (time % kTicksPerSecond < 0 ? 1 : 0);
-    return sinceEarliest - kUnixEpoch / kTicksPerSecond;
+std::int64_t secondsSince1970(std::int64_t time) noexcept {
+    const std::int64_t since1601 = time / kTicksPerSecond - (time % kTicksPerSecond < 0 ? 1 : 0);
+    return since1601 - platform::kSecondsFrom1601To1970;
 }
 
 /// The nearest whole second; from exactly between two the even one.
 std::int64_t nearestSecond(std::int64_t time) noexcept {
-    const std::int64_t seconds = wholeSeconds(time);
+    const std::int64_t seconds = secondsSince1970(time);
     const std::int64_t past = (time % kTicksPerSecond + kTicksPerSecond) % kTicksPerSecond;
     const bool up = past > kTicksPerSecond / 2 || (past == kTicksPerSecond / 2 && seconds % 2 != 0);
     return seconds + (up ? 1 : 0);
@@ -73,7 +73,7 @@ std::u16string givenForm(const std::tm& parts, std::u16string_view format) {
 } // namespace
 
 std::u16string FormatTime(std::int64_t time, std::u16string_view format) {
-    const std::optional<std::tm> parts = breakDown(format.empty() ? nearestSecond(time) : wholeSeconds(time));
+    const std::optional<std::tm> parts = breakDown(format.empty() ? nearestSecond(time) : secondsSince1970(time));
     if (!parts) return {};
     return format.empty() ? defaultForm(*parts) : givenForm(*parts, format);
 }

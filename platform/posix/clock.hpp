@@ -1,6 +1,7 @@
 // Wall clock, time zone and sleep.
 #pragma once
 
+#include "platform/clock_scale.hpp"
 #include "platform/platform.hpp"
 
 #include <chrono>
@@ -10,9 +11,7 @@ namespace tallowmere::platform::posix {
 
 /// 100 ns units since 1601-01-01 UTC. Inline: every write of a channel begins with it.
 [[nodiscard]] inline std::int64_t wallClock() noexcept {
-    constexpr std::int64_t kTicksPerSecond = 10'000'000;
-    constexpr std::int64_t kNanosecondsPerTick = 100;
-    constexpr std::int64_t kSecondsFrom1601To1970 = 11'644'473'600;
+    constexpr std::int64_t kNanosecondsPerTick = 1'000'000'000 / kTicksPerSecond;
     timespec time{};
     ::clock_gettime(CLOCK_REALTIME, &time);
     return (time.tv_sec + kSecondsFrom1601To1970) * kTicksPerSecond + time.tv_nsec / kNanosecondsPerTick;

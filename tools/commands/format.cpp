@@ -1,6 +1,7 @@
 #include "tools/commands/format.hpp"
 
 #include "core/channels/catalogue.hpp"
+#include "core/channels/time_scale.hpp"
 
 #include <algorithm>
 #include <array>
@@ -13,7 +14,6 @@ namespace {
 constexpr unsigned kMostDecimals = 12;
 constexpr unsigned kLineDistanceDecimals = 3;
 constexpr double kExponentFrom = 1e15; // from here on a double has no decimals worth showing
-constexpr std::int64_t kTicksPerSecond = 10'000'000;
 constexpr std::int64_t kSecondsPerDay = 86'400;
 
 template <class... Values> std::string print(const char* format, Values... values) {

@@ -1,5 +1,6 @@
 #include "tools/simulate/simulate_command.hpp"
 
+#include "core/channels/time_scale.hpp"
 #include "platform/platform.hpp"
 #include "platform/terminal.hpp"
 #include "tools/commands/exit_codes.hpp"
@@ -46,7 +47,6 @@ int lostOutput(int error) {
 }
 
 int runRace(const Arguments& arguments) {
-    constexpr std::int64_t kTicksPerSecond = 10'000'000;
     platform::prepareStandardStreams();
     simulate::Race race(arguments.seed);
     std::int64_t ticks = platform::hostPlatform().now() / kTicksPerSecond * kTicksPerSecond;

@@ -7,8 +7,8 @@
 namespace tallowmere {
 namespace {
 
-/// Adds half a second and cuts the fraction of a second off, toward zero.
-std::int64_t wholeSeconds(std::int64_t ticks) noexcept {
+/// Adds half a second and cuts the fraction of a second off, toward zero; in ticks all the same.
+std::int64_t roundedToSeconds(std::int64_t ticks) noexcept {
     constexpr std::int64_t half = kTicksPerSecond / 2;
     const std::int64_t seconds =
         ticks >= 0 ? static_cast<std::int64_t>((static_cast<std::uint64_t>(ticks) + half) / kTicksPerSecond)
@@ -20,7 +20,7 @@ double daysFromTicks(UnitClass unitClass, std::int64_t ticks) noexcept {
     switch (unitClass) {
     case UnitClass::DateTime:
         if (ticks == kNoTime) return 0.0;
-        return static_cast<double>(wholeSeconds(ticks)) / kTicksPerDay - kDaysFrom1601To1899;
+        return static_cast<double>(roundedToSeconds(ticks)) / kTicksPerDay - kDaysFrom1601To1899;
     case UnitClass::TimeSpan:
         if (ticks == kNoTime) return std::numeric_limits<double>::quiet_NaN();
         return static_cast<double>(ticks) / kTicksPerDay;

@@ -26,9 +26,8 @@ void takeFlag(const CRegEx& key, std::u16string_view prefix, std::size_t index, 
     if (const auto value = key.findWholeDword(indexedName(prefix, index))) flag = *value != 0 ? 1 : 0;
 }
 
-/// Which item's correction is added to what is written to a channel. AWA has a second one,
-/// in addCorrection.
-/// KEPT: Leeway has an item and is not corrected.
+/// Which item's correction is added to what is written to a channel. AWA has a second one, in
+/// addCorrection. KEPT: Leeway has an item and is not corrected.
 struct Correction {
     ChannelIndex channel;
     std::size_t item;

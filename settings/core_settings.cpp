@@ -3,8 +3,11 @@
 #include "core/attempt.hpp"
 #include "core/channels/section_access.hpp"
 #include "core/channels/system_values.hpp"
+#include "platform/letter_case.hpp"
 #include "settings/data_folders.hpp"
 #include "settings/reg_ex.hpp"
+
+#include <algorithm>
 
 namespace tallowmere {
 namespace {
@@ -12,11 +15,6 @@ namespace {
 constexpr std::size_t kStoredVariables = 18;
 constexpr std::size_t kStoredFlags = 34;
 constexpr std::size_t kStoredIntegers = 11;
-
-void lowerCase(std::u16string& text) noexcept {
-    for (char16_t& c : text)
-        if (c >= u'A' && c <= u'Z') c = static_cast<char16_t>(c - u'A' + u'a');
-}
 
 void readDataFolder(const Context& context, const CRegEx& key) {
     const std::u16string folder = key.QueryString(u"DataFolder", GetDataFolder(context, {}));
@@ -32,7 +30,8 @@ void readDatabasePath(const Context& context, const CRegEx& key) {
 void readMarksPath(const Context& context, const CRegEx& key) {
     std::u16string marks = key.QueryString(u"MarksXml", GetMarksPath(context));
     if (marks.empty()) return;
-    if (!context.platform.caseSensitivePaths()) lowerCase(marks);
+    if (!context.platform.caseSensitivePaths())
+        std::ranges::transform(marks, marks.begin(), platform::lowerCase<char16_t>);
     writeText(context.area->marksPath, marks);
 }
 

@@ -1,5 +1,6 @@
 #include "platform/posix/registry_text.hpp"
 
+#include "platform/letter_case.hpp"
 #include "platform/posix/text.hpp"
 
 #include <algorithm>
@@ -11,20 +12,14 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r\n";
 
-constexpr char lowered(char c) noexcept {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-constexpr char16_t loweredUnit(char16_t c) noexcept {
-    return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c - u'A' + u'a') : c;
-}
-
 void skipBlanks(std::string_view& text) noexcept {
     text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
 }
 
 /// Takes a word off the front, which is given in lower case.
 bool take(std::string_view& text, std::string_view word) noexcept {
-    if (text.size() < word.size() || !std::ranges::equal(text.substr(0, word.size()), word, {}, lowered)) return false;
+    if (text.size() < word.size() || !std::ranges::equal(text.substr(0, word.size()), word, {}, lowerCase<char>))
+        return false;
     text.remove_prefix(word.size());
     return true;
 }
@@ -202,7 +197,7 @@ std::optional<RegistryValueLine> readValueLine(std::string_view line) {
 
 std::u16string foldName(std::u16string_view name) {
     std::u16string folded(name);
-    std::ranges::transform(folded, folded.begin(), loweredUnit);
+    std::ranges::transform(folded, folded.begin(), lowerCase<char16_t>);
     return folded;
 }
 

@@ -1,6 +1,9 @@
 #include "tools/commands/text.hpp"
 
+#include "platform/letter_case.hpp"
 #include "tools/commands/character_width.hpp"
+
+#include <algorithm>
 
 namespace tallowmere::tools {
 namespace {
@@ -49,8 +52,7 @@ std::string shortenedTo(std::size_t columns, std::string_view text) {
 
 std::string lowerCased(std::string_view text) {
     std::string lower(text);
-    for (char& c : lower)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    std::ranges::transform(lower, lower.begin(), platform::lowerCase<char>);
     return lower;
 }
 

@@ -22,7 +22,7 @@ inline constexpr std::size_t kFullBoatCount = 2;     // boats 0 and 1 keep every
 inline constexpr std::size_t kCompactSlotCount = 34; // channels kept for boats 2 to 99
 
 /// "None" in 16-bit fields of the catalogue and as a channel number in the shared section.
-inline constexpr std::uint16_t kNone16 = 32767;
+inline constexpr std::uint16_t kNone16 = ZAN_NO_CHANNEL;
 /// `precision` of a row whose channel is not shown as a number.
 inline constexpr std::uint8_t kNoPrecision = 255;
 

@@ -9,10 +9,7 @@ namespace {
 /// Null when the channel, the boat or its slot is not there.
 const ChannelValue* thirdValueOf(const SharedArea* area, ChannelIndex channel, BoatIndex boat) noexcept {
     if (area == nullptr || channel >= kChannelCount || boat >= boatsInUse(*area)) return nullptr;
-    if (boat < kFullBoatCount) return &area->fullBlocks[boat].third[channel];
-    const std::uint16_t slot = kCatalogue[channel].compactIndex;
-    if (slot >= kCompactSlotCount) return nullptr;
-    return &area->compactBlocks[boat - kFullBoatCount].third[slot];
+    return valueSlotOf(*area, channel, boat).third;
 }
 
 } // namespace

@@ -26,25 +26,26 @@ struct DoubleResult {
     return std::min<std::uint32_t>(readOnce(area.boatCount), kBoatCount);
 }
 
-/// Where the current value of a channel of a boat and its time stamp are kept; `Area` may be const.
+/// Where a channel of a boat and its time stamp are kept.
 template <class Stamp, class Value> struct Slot {
     Stamp* stamp = nullptr;
     Value* current = nullptr;
+    Value* third = nullptr; // a value that programs have processed
     explicit operator bool() const noexcept { return current != nullptr; }
 };
 
-/// Empty when the boat does not keep the channel. channel below 414, boat below 100.
+/// Empty when the boat does not keep the channel. channel below 414, boat below 100; `Area` may be const.
 template <class Area> [[nodiscard]] auto valueSlotOf(Area& area, ChannelIndex channel, BoatIndex boat) noexcept {
     using Found = Slot<std::remove_reference_t<decltype((area.fullBlocks[0].stamps[0]))>,
                        std::remove_reference_t<decltype((area.fullBlocks[0].current[0]))>>;
     if (boat < kFullBoatCount) [[likely]] {
         auto& block = area.fullBlocks[boat];
-        return Found{&block.stamps[channel], &block.current[channel]};
+        return Found{&block.stamps[channel], &block.current[channel], &block.third[channel]};
     }
     const std::uint16_t slot = kCatalogue[channel].compactIndex;
     if (slot >= kCompactSlotCount) return Found{};
     auto& block = area.compactBlocks[boat - kFullBoatCount];
-    return Found{&block.stamps[slot], &block.current[slot]};
+    return Found{&block.stamps[slot], &block.current[slot], &block.third[slot]};
 }
 
 /// A record as a double, by the record's own kind byte. 32767.0 when it holds no value or can't be

@@ -51,7 +51,7 @@ struct ScreenSize {
     int rows = 24;
 };
 
-/// Of the terminal at standard output, now; 80 x 24 when that can't be told.
+/// Of the terminal at standard output, now; 80 columns and 24 rows when they can't be told.
 [[nodiscard]] ScreenSize screenSize() noexcept;
 
 } // namespace tallowmere::platform

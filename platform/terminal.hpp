@@ -18,9 +18,6 @@ namespace tallowmere::platform {
 /// The same of standard error: each of the two may be redirected without the other.
 [[nodiscard]] bool errorIsTerminal() noexcept;
 
-/// Columns of the terminal at standard output; 80 when that can't be told.
-[[nodiscard]] int terminalColumns() noexcept;
-
 /// Makes standard output take UTF-8 text and standard input give bytes unchanged.
 void prepareStandardStreams() noexcept;
 

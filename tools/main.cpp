@@ -36,7 +36,7 @@ int main(int argc, char** argv) {
                                         std::cerr,
                                         platform::stopRequested(),
                                         platform::outputIsTerminal(),
-                                        platform::terminalColumns,
+                                        [] { return platform::screenSize().columns; },
                                         platform::screenSize,
                                         platform::openKeyboard};
     try {

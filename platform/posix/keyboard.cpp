@@ -55,9 +55,12 @@ std::unique_ptr<Keyboard> openKeyboard() {
 }
 
 ScreenSize screenSize() noexcept {
+    ScreenSize screen;
     winsize size{};
-    if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0 || size.ws_row == 0) return {};
-    return {size.ws_col, size.ws_row};
+    if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0) return screen;
+    if (size.ws_col != 0) screen.columns = size.ws_col;
+    if (size.ws_row != 0) screen.rows = size.ws_row;
+    return screen;
 }
 
 } // namespace tallowmere::platform

@@ -4,13 +4,10 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace tallowmere::platform {
 namespace {
-
-constexpr int kUsualColumns = 80;
 
 std::atomic<bool> stopAsked{false};
 static_assert(std::atomic<bool>::is_always_lock_free, "set by a signal handler");
@@ -48,11 +45,6 @@ bool outputIsTerminal() noexcept {
 
 bool errorIsTerminal() noexcept {
     return understandsEscapes(STDERR_FILENO);
-}
-
-int terminalColumns() noexcept {
-    winsize size{};
-    return ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsualColumns;
 }
 
 void prepareStandardStreams() noexcept {} // bytes pass as they are

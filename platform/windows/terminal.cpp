@@ -12,7 +12,6 @@
 namespace tallowmere::platform {
 namespace {
 
-constexpr int kUsualColumns = 80;
 constexpr DWORD kGraceMilliseconds = 10'000; // longer than the system lets a closed console's program live
 
 std::atomic<bool> stop{false};
@@ -64,13 +63,6 @@ bool outputIsTerminal() noexcept {
 
 bool errorIsTerminal() noexcept {
     return understandsEscapes(STD_ERROR_HANDLE);
-}
-
-int terminalColumns() noexcept {
-    CONSOLE_SCREEN_BUFFER_INFO screen{};
-    if (!::GetConsoleScreenBufferInfo(::GetStdHandle(STD_OUTPUT_HANDLE), &screen)) return kUsualColumns;
-    const int columns = screen.srWindow.Right - screen.srWindow.Left + 1;
-    return columns > 0 ? columns : kUsualColumns;
 }
 
 void prepareStandardStreams() noexcept {

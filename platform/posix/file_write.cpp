@@ -30,7 +30,7 @@ WithoutWriteSignals::~WithoutWriteSignals() {
     errno = error;
 }
 
-ssize_t writeOnce(int file, std::string_view bytes) noexcept {
+ssize_t writeInOneCall(int file, std::string_view bytes) noexcept {
     const WithoutWriteSignals guard;
     return ::write(file, bytes.data(), bytes.size());
 }

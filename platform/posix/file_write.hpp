@@ -23,8 +23,8 @@ class WithoutWriteSignals {
     sigset_t before_{};
 };
 
-/// write(2) without those signals.
-ssize_t writeOnce(int file, std::string_view bytes) noexcept;
+/// write(2) without those signals; it may take a part only.
+ssize_t writeInOneCall(int file, std::string_view bytes) noexcept;
 
 /// Writes everything, in as many calls as it takes; false when it can't.
 [[nodiscard]] bool writeWhole(int file, std::string_view bytes) noexcept;

@@ -84,7 +84,7 @@ bool appendLineToFile(const std::u16string& path, std::string_view line) {
                                  O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC | O_NOCTTY,
                                  S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH));
     if (!isRegular(file)) return false;
-    return writeOnce(file.get(), whole) == static_cast<ssize_t>(whole.size());
+    return writeInOneCall(file.get(), whole) == static_cast<ssize_t>(whole.size());
 }
 
 } // namespace tallowmere::platform::posix

@@ -12,7 +12,7 @@ void printError(const std::u16string& message) {
     // A stopped terminal or a pipe that is full must not hold up a program that is just being loaded.
     pollfd ready{STDERR_FILENO, POLLOUT, 0};
     if (::poll(&ready, 1, 0) != 1 || (ready.revents & POLLOUT) == 0) return;
-    if (writeOnce(STDERR_FILENO, line) < 0) return; // nobody is left to tell
+    if (writeInOneCall(STDERR_FILENO, line) < 0) return; // nobody is left to tell
 }
 
 } // namespace tallowmere::platform::posix

@@ -30,15 +30,6 @@ class ValueStore {
     [[nodiscard]] const Context& context() const noexcept { return context_; }
     [[nodiscard]] SharedArea* area() const noexcept { return context_.area; }
 
-    /// The channel's record without a value: 32767.0, 32767 or INT64_MAX by its storage kind.
-    [[nodiscard]] Record noValueRecord(ChannelIndex channel) const noexcept {
-        return Record::none(storageKindOf(area(), channel));
-    }
-    /// True unless the payload equals the no-value payload of the channel's storage kind.
-    [[nodiscard]] bool holdsValue(ChannelIndex channel, const Record& record) const noexcept {
-        return record.holds(storageKindOf(area(), channel));
-    }
-
     /// A double in the channel's base unit (days for times) as a record. 32767.0 and doubles that the
     /// channel's kind can't hold give the no-value record; a moment of 0.0 too.
     [[nodiscard]] RecordResult doubleToRecord(ChannelIndex channel, double value) const noexcept;

@@ -61,7 +61,7 @@ TEST_P(RoundTrip, EveryChannelCanBeCleared) {
         EXPECT_TRUE(write(channel, valueFor(listed), boat));
         EXPECT_TRUE(write(channel, 32767.0, boat));
         EXPECT_FALSE(store.fetch(channel, boat).holdsValue) << channel;
-        EXPECT_EQ(store.fetch(channel, boat).record, store.noValueRecord(channel)) << channel;
+        EXPECT_EQ(store.fetch(channel, boat).record, Record::none(storageKindOf(store.area(), channel))) << channel;
     }
 }
 

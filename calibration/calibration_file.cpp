@@ -1,7 +1,7 @@
 #include "calibration/calibration_file.hpp"
 
 #include "calibration/decimal_number.hpp"
-#include "core/config/text_lines.hpp"
+#include "settings/text_lines.hpp"
 
 #include <algorithm>
 #include <limits>

@@ -1,7 +1,7 @@
 #include "core/ccore.hpp"
 
-#include "core/attempt.hpp"
 #include "core/channels/area_defaults.hpp"
+#include "core/channels/attempt.hpp"
 #include "core/config/alternate_table.hpp"
 #include "core/config/boats_file.hpp"
 #include "core/config/channels_file.hpp"

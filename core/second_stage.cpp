@@ -1,6 +1,6 @@
 #include "core/second_stage.hpp"
 
-#include "core/attempt.hpp"
+#include "core/channels/attempt.hpp"
 #include "core/channels/system_values.hpp"
 #include "settings/data_folders.hpp"
 #include "settings/reg_ex.hpp"

@@ -1,6 +1,6 @@
 #include "settings/core_settings.hpp"
 
-#include "core/attempt.hpp"
+#include "core/channels/attempt.hpp"
 #include "core/channels/section_access.hpp"
 #include "core/channels/system_values.hpp"
 #include "platform/letter_case.hpp"

@@ -1,6 +1,6 @@
 #include "view/section_reader.hpp"
 
-#include "core/attempt.hpp"
+#include "core/channels/attempt.hpp"
 #include "core/channels/section_name.hpp"
 
 namespace tallowmere {

@@ -1,8 +1,8 @@
 #include "core/config/alternate_table.hpp"
 
 #include "core/config/number_scanner.hpp"
-#include "core/config/text_lines.hpp"
 #include "settings/data_folders.hpp"
+#include "settings/text_lines.hpp"
 
 #include <array>
 

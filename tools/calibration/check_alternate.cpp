@@ -2,7 +2,7 @@
 
 #include "core/channels/shared_area.hpp"
 #include "core/config/number_scanner.hpp"
-#include "core/config/text_lines.hpp"
+#include "settings/text_lines.hpp"
 
 #include <algorithm>
 #include <array>

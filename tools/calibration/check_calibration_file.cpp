@@ -3,7 +3,7 @@
 #include "calibration/curve.hpp"
 #include "calibration/decimal_number.hpp"
 #include "calibration/item_table.hpp"
-#include "core/config/text_lines.hpp"
+#include "settings/text_lines.hpp"
 #include "tools/calibration/item_text.hpp"
 #include "tools/calibration/strict_number.hpp"
 

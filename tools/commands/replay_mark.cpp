@@ -1,6 +1,6 @@
 #include "tools/commands/replay_mark.hpp"
 
-#include "core/attempt.hpp"
+#include "core/channels/attempt.hpp"
 #include "core/channels/section_access.hpp"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "tools/commands/screen_text.hpp"
 
-#include "core/attempt.hpp"
+#include "core/channels/attempt.hpp"
 #include "tools/commands/text.hpp"
 
 #include <algorithm>

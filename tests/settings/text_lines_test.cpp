@@ -1,4 +1,4 @@
-#include "core/config/text_lines.hpp"
+#include "settings/text_lines.hpp"
 
 #include <gmock/gmock.h>
 

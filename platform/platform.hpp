@@ -88,14 +88,6 @@ struct SettingsInfo {
     std::size_t size; // bytes
 };
 
-/// Something in the place that holds the user's settings which is not taken as it was meant.
-struct SettingsComplaint {
-    std::u16string file;
-    std::size_t line; // from 1; 0 for the file as a whole
-    std::string what;
-    std::string effect; // what the library makes of it
-};
-
 /// An open key of the user's settings.
 class SettingsKey {
   public:
@@ -210,8 +202,6 @@ class Platform {
     [[nodiscard]] virtual std::unique_ptr<SettingsKey> openSettings(const std::u16string& path) const = 0;
     /// Opens a key for reading and writing, making it and its parents where missing. Null on failure.
     [[nodiscard]] virtual std::unique_ptr<SettingsKey> createSettings(const std::u16string& path) const = 0;
-    /// Where settings are a text of the user's: what in it counts for nothing. Empty where they are none.
-    [[nodiscard]] virtual std::vector<SettingsComplaint> settingsComplaints() const { return {}; }
 
     // --- files and folders; a path ends at its first NUL
 

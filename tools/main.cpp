@@ -38,7 +38,8 @@ int main(int argc, char** argv) {
                                         platform::outputIsTerminal(),
                                         [] { return platform::screenSize().columns; },
                                         platform::screenSize,
-                                        platform::openKeyboard};
+                                        platform::openKeyboard,
+                                        platform::settingsComplaints};
     try {
         return finish(tools::runProgram(context, platform::commandLine(argc, argv)));
     } catch (const std::exception& error) { // out of memory, most likely

@@ -43,9 +43,6 @@ class PosixPlatform final : public Platform {
     [[nodiscard]] std::unique_ptr<SettingsKey> createSettings(const std::u16string& path) const override {
         return createSettingsKey(path);
     }
-    [[nodiscard]] std::vector<SettingsComplaint> settingsComplaints() const override {
-        return settingsFileComplaints();
-    }
 
     [[nodiscard]] char16_t separator() const noexcept override { return u'/'; }
     [[nodiscard]] bool caseSensitivePaths() const noexcept override { return true; }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/posix/registry_text.hpp"
+#include "platform/settings_complaints.hpp"
 
 namespace tallowmere::platform::posix {
 

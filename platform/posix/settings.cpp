@@ -1,6 +1,5 @@
 #include "platform/posix/settings.hpp"
 
-#include "platform/posix/registry_complaints.hpp"
 #include "platform/posix/registry_document.hpp"
 #include "platform/posix/settings_file.hpp"
 #include "platform/posix/text.hpp"
@@ -79,18 +78,6 @@ std::unique_ptr<SettingsKey> createSettingsKey(const std::u16string& path) {
     std::optional<RegistryValues> values = document->values(path);
     if (!values && (!document->addKey(path) || !file.replace(document->text()))) return nullptr;
     return std::make_unique<FileSettingsKey>(path, std::move(values).value_or(RegistryValues{}));
-}
-
-std::vector<SettingsComplaint> settingsFileComplaints() {
-    const std::u16string path = widenText(SettingsFile::path());
-    const SettingsFile file(false);
-    std::optional<std::string> bytes = file.read();
-    if (bytes) return registryComplaints(decodeRegistryFile(std::move(*bytes)), path);
-    if (!SettingsFile::isThere()) return {};
-    return {{path, 0,
-             "can't be taken: it and its folder must be the user's own, closed to the writing of group and "
-             "others (chmod go-w), no symbolic links, and the file a regular one of at most 16 MiB",
-             "all settings have their defaults"}};
 }
 
 } // namespace tallowmere::platform::posix

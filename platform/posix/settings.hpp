@@ -10,6 +10,5 @@ namespace tallowmere::platform::posix {
 /// A key shows what the file held when it was opened, and what it has written itself since.
 [[nodiscard]] std::unique_ptr<SettingsKey> openSettingsKey(const std::u16string& path);
 [[nodiscard]] std::unique_ptr<SettingsKey> createSettingsKey(const std::u16string& path);
-[[nodiscard]] std::vector<SettingsComplaint> settingsFileComplaints();
 
 } // namespace tallowmere::platform::posix

@@ -1,5 +1,6 @@
 // The settings file on Linux: where it lies, who may have it, and that it is never half written.
 #include "platform/platform.hpp"
+#include "platform/settings_complaints.hpp"
 #include "tests/contract/posix_children.hpp"
 #include "tests/contract/posix_surroundings.hpp"
 
@@ -290,7 +291,7 @@ TEST_F(PosixSettings, NoDescriptorIsLeftOpen) {
 }
 
 TEST_F(PosixSettings, ComplaintsAreAboutTheFileThatIsThere) {
-    const auto complaints = [] { return platform::hostPlatform().settingsComplaints(); };
+    const auto complaints = [] { return platform::settingsComplaints(); };
     EXPECT_TRUE(complaints().empty());
     surroundings_.writeSettings(kText);
     EXPECT_TRUE(complaints().empty());

@@ -67,7 +67,6 @@ class MemoryMachine {
     std::u16string hostExecutable = u"C:\\Programs\\Nav\\nav.exe";
     std::map<std::u16string, std::optional<std::string>> files;               // path to bytes; no bytes: a folder
     std::map<std::u16string, std::map<std::u16string, MemoryValue>> settings; // key path to its values
-    std::vector<platform::SettingsComplaint> settingsComplaints;
 
     // What happened, in order.
     std::vector<std::u16string> errorsShown;
@@ -127,9 +126,6 @@ class MemoryPlatform final : public platform::Platform {
                                                                        std::size_t bytes) const override;
     [[nodiscard]] std::unique_ptr<platform::SettingsKey> openSettings(const std::u16string& path) const override;
     [[nodiscard]] std::unique_ptr<platform::SettingsKey> createSettings(const std::u16string& path) const override;
-    [[nodiscard]] std::vector<platform::SettingsComplaint> settingsComplaints() const override {
-        return machine_.settingsComplaints;
-    }
     [[nodiscard]] char16_t separator() const noexcept override { return machine_.separator; }
     [[nodiscard]] bool caseSensitivePaths() const noexcept override { return machine_.caseSensitive; }
     [[nodiscard]] std::u16string programDataFolder() const override;

@@ -42,9 +42,11 @@ void checkItemFile(Platform& platform, UserCalibration& user, std::size_t id, Fi
                      "the table is empty and gives no correction");
 }
 
-void checkEverything(Platform& platform, Findings& findings) {
+void checkEverything(const CommandContext& context, Findings& findings) {
+    Platform& platform = context.platform;
     UserCalibration user(platform);
-    checkSettingsText(platform, findings);
+    for (const platform::SettingsComplaint& complaint : context.settingsComplaints())
+        findings.add(complaint.file, complaint.line, complaint.what, complaint.effect);
     checkCoreSettings(platform, findings);
     checkBoatsFile(platform, user.configFile(u"boats.xml"), findings);
     checkChannelsFile(platform, user.configFile(u"channels.xml"), findings);
@@ -114,7 +116,7 @@ int summarise(const CommandContext& context, const Findings& findings, bool json
 int runCheck(const CommandContext& context, const std::string& target, bool json) {
     Findings findings;
     if (target.empty()) {
-        checkEverything(context.platform, findings);
+        checkEverything(context, findings);
         return summarise(context, findings, json);
     }
     const FoundItem item = findItem(target);

@@ -126,11 +126,6 @@ void checkItem(const platform::Platform& platform, StoredValues& values, std::si
 
 } // namespace
 
-void checkSettingsText(const platform::Platform& platform, Findings& findings) {
-    for (const platform::SettingsComplaint& complaint : platform.settingsComplaints())
-        findings.add(complaint.file, complaint.line, complaint.what, complaint.effect);
-}
-
 void checkCoreSettings(const platform::Platform& platform, Findings& findings) {
     StoredValues values(platform, kCoreKey, findings);
     if (!values.isOpen()) return;

@@ -10,9 +10,6 @@
 
 namespace tallowmere::tools {
 
-/// The text that holds the settings, where they are one.
-void checkSettingsText(const platform::Platform& platform, Findings& findings);
-
 /// The values of the core key.
 void checkCoreSettings(const platform::Platform& platform, Findings& findings);
 

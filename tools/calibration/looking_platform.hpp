@@ -36,9 +36,6 @@ class LookingPlatform final : public platform::Platform {
     [[nodiscard]] std::unique_ptr<platform::SettingsKey> createSettings(const std::u16string& path) const override {
         return real_.openSettings(path);
     }
-    [[nodiscard]] std::vector<platform::SettingsComplaint> settingsComplaints() const override {
-        return real_.settingsComplaints();
-    }
     [[nodiscard]] char16_t separator() const noexcept override { return real_.separator(); }
     [[nodiscard]] bool caseSensitivePaths() const noexcept override { return real_.caseSensitivePaths(); }
     [[nodiscard]] std::u16string programDataFolder() const override { return real_.programDataFolder(); }

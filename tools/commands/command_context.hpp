@@ -3,12 +3,14 @@
 
 #include "platform/keyboard.hpp"
 #include "platform/platform.hpp"
+#include "platform/settings_complaints.hpp"
 #include "tools/commands/exit_codes.hpp"
 
 #include <atomic>
 #include <functional>
 #include <memory>
 #include <ostream>
+#include <vector>
 
 namespace tallowmere::tools {
 
@@ -21,6 +23,10 @@ struct CommandContext {
     std::function<int()> columns = [] { return 80; }; // of that terminal, now
     std::function<platform::ScreenSize()> screenSize = [] { return platform::ScreenSize(); }; // likewise
     std::function<std::unique_ptr<platform::Keyboard>()> keyboard = [] { return nullptr; };   // null: none
+    // What in the text of the user's settings counts for nothing.
+    std::function<std::vector<platform::SettingsComplaint>()> settingsComplaints = [] {
+        return std::vector<platform::SettingsComplaint>();
+    };
 };
 
 } // namespace tallowmere::tools

@@ -4,6 +4,7 @@
 #include "core/channels/section_name.hpp"
 #include "platform/durable_file.hpp"
 #include "platform/host_window.hpp"
+#include "platform/settings_complaints.hpp"
 #include "tests/channels/raw_section.hpp"
 #include "tests/contract/posix_children.hpp"
 #include "tests/contract/posix_surroundings.hpp"
@@ -342,7 +343,7 @@ TEST_F(OpeningFailure, OfADurableFileLosesWhatIsToldToBeLost) {
 
 TEST_F(OpeningFailure, OfTheComplaintsAboutSettingsTellsLess) {
     surroundings_.writeSettings("[HKCU\\Software\\Tallowmere\\core]\r\nnonsense\r\n\"Sys_b5\"=dword:x\r\n");
-    const auto ask = [] { return hostPlatform().settingsComplaints(); };
+    const auto ask = [] { return platform::settingsComplaints(); };
     const std::size_t all = ask().size();
     ASSERT_EQ(all, 2U);
     failEach(20, ask, [&](const auto& complaints, bool over) {

@@ -19,7 +19,7 @@ TEST_F(SettingsCheck, ProperValuesAreNoProblem) {
 }
 
 TEST_F(SettingsCheck, WhatTheSettingsTextHoldsInVainIsToldFirst) {
-    machine.settingsComplaints = {{u"/home/registry.reg", 7, "is neither a key nor a value", "the line is ignored"}};
+    settingsComplaints = {{u"/home/registry.reg", 7, "is neither a key nor a value", "the line is ignored"}};
     machine.addDword(kCoreKey, u"Sys_b1", 2);
     EXPECT_EQ(check(), "/home/registry.reg:7: is neither a key nor a value; the line is ignored\n"
                        "core\\Sys_b1: is 2, not 0 or 1; it counts as 1\n");

@@ -29,7 +29,8 @@ class CommandTest : public ::testing::Test {
         arguments.insert(arguments.begin(), "tallowmere");
         std::ostringstream out;
         std::ostringstream err;
-        const tools::CommandContext context{platform, out, err, stop, terminal, [this] { return columns; }};
+        tools::CommandContext context{platform, out, err, stop, terminal, [this] { return columns; }};
+        context.settingsComplaints = [this] { return settingsComplaints; };
         const int code = tools::runProgram(context, arguments);
         return {code, out.str(), err.str()};
     }
@@ -54,6 +55,7 @@ class CommandTest : public ::testing::Test {
     std::atomic<bool> stop{false};
     bool terminal = false;
     int columns = 80;
+    std::vector<platform::SettingsComplaint> settingsComplaints;
 
   private:
     std::optional<CCore> holder_;

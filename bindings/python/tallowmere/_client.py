@@ -28,17 +28,17 @@ def checked_index(index: SupportsIndex, count: int, what: str = "index") -> int:
     return number
 
 
-def _checked_float(number: float, what: str) -> float:
+def _checked_float(number: float, rule: str) -> float:
     """Of int, float and their like. A text or a bool would become a float too, but is a mistake."""
     if isinstance(number, bool) or not isinstance(number, numbers.Real):
-        raise TypeError(f"{what} is a number, not {number!r}")
+        raise TypeError(f"{rule}, not {number!r}")
     return float(number)
 
 
 def write(channel: int, value: Optional[float], boat: int) -> bool:
     if channel == 0:
         raise ValueError("channel 0 is the clock, which the library stamps itself")
-    number = _native.NO_VALUE if value is None else _checked_float(value, "a value that is not None")
+    number = _native.NO_VALUE if value is None else _checked_float(value, "a value is a number or None")
     return bool(_native.client_library().SetZanVar(channel, number, boat))
 
 
@@ -57,5 +57,5 @@ def name_user_channel(index: int, name: str) -> None:
 
 def set_mob(latitude: float, longitude: float) -> bool:
     """Raises the man-overboard alarm at a position in degrees, north and east positive. False: no host was told."""
-    position = _checked_float(latitude, "a latitude"), _checked_float(longitude, "a longitude")
+    position = _checked_float(latitude, "a latitude is a number"), _checked_float(longitude, "a longitude is a number")
     return bool(_native.client_library().SetMOB(*position) != 0)

@@ -1,7 +1,7 @@
 """What the documents tell a reader to type, run by a reader with an empty home folder.
 
 FENCES tells of each block of each document which test runs, builds or reads it; each line of a shell is run here, or
-stands in NOT_RUN. CTest gives the folder of the build (TALLOWMERE_BUILD) and folders for the section, settings and data.
+stands in NOT_RUN. CTest gives the folder of the build (TALLOWMERE_BUILD) and folders for the section, settings, data.
 """
 
 import json

@@ -107,7 +107,8 @@ class Libraries(Case):
     def test_are_looked_for_in_whole_folders_of_a_windows_path_only(self) -> None:
         done = run(
             "from tallowmere._library import _folders_of_windows_path as folders\n"
-            + r"for folder in folders(r';.;bin;..\bin;C:;C:bin;\bin;/bin;C:\Tools;;D:/sail;\\server\share\bin;'): print(folder)"
+            + r"path = r';.;bin;..\bin;C:;C:bin;\bin;/bin;C:\Tools;;D:/sail;\\server\share\bin;'"
+            + "\nprint(*folders(path), sep='\\n')"
         )
         self.assertEqual((done.stderr, done.stdout), ("", "C:\\Tools\nD:/sail\n\\\\server\\share\\bin\n"))
 

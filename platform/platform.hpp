@@ -136,7 +136,8 @@ struct XmlElement {
     std::vector<XmlAttribute> attributes; // in document order, without those from a schema default
 };
 
-/// Documents above this size count as absent: somebody waits for the program to start.
+/// Documents above this size count as absent: somebody waits for the program to start. One that grows beyond it while
+/// it is read is malformed there.
 inline constexpr std::int64_t kLargestDocument = std::int64_t{16} << 20; // bytes
 
 /// A forward reader of an XML document's elements. Document types are refused; a document of more than

@@ -65,6 +65,8 @@ class ExpatReader final : public XmlReader {
         const auto room = static_cast<std::size_t>(pieceBytes_);
         const std::size_t count = readWhole(file_.get(), {static_cast<char*>(piece), room});
         lastPiece_ = count < room;
+        bytes_ += static_cast<std::int64_t>(count);
+        if (bytes_ > kLargestDocument) return XML_STATUS_ERROR; // has grown since it was opened
         return ::XML_ParseBuffer(parser_.get(), static_cast<int>(count), lastPiece_ ? XML_TRUE : XML_FALSE);
     }
 
@@ -104,6 +106,7 @@ class ExpatReader final : public XmlReader {
     Parser parser_;
     XmlElement element_;
     std::size_t line_ = 0;
+    std::int64_t bytes_ = 0; // read so far
     XML_Index position_ = 0;
     int pieceBytes_ = kPieceBytes;
     int level_ = 0;

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <sys/stat.h>
 
 namespace tallowmere::test {
@@ -106,6 +107,24 @@ TEST_F(PosixXml, ATagAsLongAsTheLargestDocumentIsGivenUp) {
     writeBytes(file, start);
     std::filesystem::resize_file(file, largest); // a NUL is malformed at once
     EXPECT_EQ(read(file).elements, 2U);
+}
+
+/// Others may go on writing a document that is open; who waits for its end must not wait for theirs.
+TEST_F(PosixXml, ADocumentThatGrowsIsReadUpToTheLimit) {
+    constexpr std::string_view kElement = "<b x='0123456789'/>\n";
+    const auto largest = static_cast<std::size_t>(platform::kLargestDocument);
+    const std::filesystem::path file = surroundings_.top() / "grows.xml";
+    writeBytes(file, "<a>" + repeated(kElement));
+    const auto reader = platform::hostPlatform().openXml(file.u16string());
+    platform::XmlElement element;
+    ASSERT_TRUE(reader != nullptr && reader->next(element));
+    std::ofstream(file, std::ios::binary | std::ios::app) << repeated(kElement, largest);
+    std::size_t elements = 0;
+    while (reader->next(element)) ++elements;
+    EXPECT_GT(elements, kMebibyte / kElement.size()); // what came later was read too
+    EXPECT_LE(elements, largest / kElement.size());
+    EXPECT_TRUE(reader->malformed());
+    EXPECT_FALSE(reader->next(element));
 }
 
 TEST_F(PosixXml, APipeIsNoDocument) {

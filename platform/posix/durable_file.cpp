@@ -35,7 +35,7 @@ void syncFolderOf(const std::string& path) {
 } // namespace
 
 std::unique_ptr<DurableFile> makeDurableFile(const std::u16string& path) {
-    constexpr mode_t readableByAll = 0666; // less what the user's mask takes away
+    constexpr mode_t readableByAll = 0644; // less what the user's mask takes away
     if (path.find(u'\0') != path.npos) return nullptr;
     const std::string name = posix::narrowText(path);
     Descriptor file(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_APPEND | O_CLOEXEC | O_NOCTTY, readableByAll));

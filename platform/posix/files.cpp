@@ -69,7 +69,7 @@ bool pathIsDirectory(const std::u16string& path) {
 }
 
 void makeOneDirectory(const std::u16string& path) {
-    ::mkdir(systemPath(path).c_str(), S_IRWXU | S_IRWXG | S_IRWXO);
+    ::mkdir(systemPath(path).c_str(), S_IRWXU);
 }
 
 std::unique_ptr<FileReader> openFileReader(const std::u16string& path) {
@@ -81,8 +81,8 @@ std::unique_ptr<FileReader> openFileReader(const std::u16string& path) {
 bool appendLineToFile(const std::u16string& path, std::string_view line) {
     const std::string whole = std::string(line) + '\n';
     const Descriptor file(::open(systemPath(path).c_str(),
-                                 O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC | O_NOCTTY,
-                                 S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH));
+                                 O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY,
+                                 S_IRUSR | S_IWUSR));
     if (!isRegular(file)) return false;
     return writeInOneCall(file.get(), whole) == static_cast<ssize_t>(whole.size());
 }

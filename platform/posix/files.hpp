@@ -15,8 +15,10 @@ namespace tallowmere::platform::posix {
 [[nodiscard]] std::u16string executablePath();
 [[nodiscard]] bool pathExists(const std::u16string& path);
 [[nodiscard]] bool pathIsDirectory(const std::u16string& path);
+/// For this user alone, whatever the mask: what lies in it is read, also by programs of more rights.
 void makeOneDirectory(const std::u16string& path);
 [[nodiscard]] std::unique_ptr<FileReader> openFileReader(const std::u16string& path);
+/// A new file is this user's alone; a symbolic link is not followed, for it may lead to any file of theirs.
 [[nodiscard]] bool appendLineToFile(const std::u16string& path, std::string_view line);
 
 } // namespace tallowmere::platform::posix

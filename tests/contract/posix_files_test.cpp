@@ -51,13 +51,39 @@ TEST_F(PosixFiles, DevicesAreNoFiles) {
     EXPECT_FALSE(platform_.appendLine(u"/dev/null", "x"));
 }
 
-TEST_F(PosixFiles, NewFilesAndFoldersHaveTheRightsThatTheMaskLeaves) {
-    const mode_t before = ::umask(027);
-    platform_.makeDirectory(path("folder"));
-    EXPECT_TRUE(platform_.appendLine(path("log"), "x"));
-    ::umask(before);
-    EXPECT_EQ(fs::status(surroundings_.top() / "folder").permissions(), fs::perms{0750});
-    EXPECT_EQ(fs::status(surroundings_.top() / "log").permissions(), fs::perms{0640});
+/// A mask that leaves others everything, as some daemons have it, must not let them put files into the data folder.
+TEST_F(PosixFiles, NewFilesAndFoldersAreTheUsersAloneWhateverTheMask) {
+    for (const mode_t mask : {0U, 002U, 022U, 027U, 077U}) {
+        const mode_t before = ::umask(mask);
+        platform_.makeDirectory(path("folder"));
+        EXPECT_TRUE(platform_.appendLine(path("log"), "x"));
+        ::umask(before);
+        EXPECT_EQ(fs::status(surroundings_.top() / "folder").permissions(), fs::perms{0700}) << mask;
+        EXPECT_EQ(fs::status(surroundings_.top() / "log").permissions(), fs::perms{0600}) << mask;
+        fs::remove(surroundings_.top() / "folder");
+        fs::remove(surroundings_.top() / "log");
+    }
+}
+
+/// It is for others to read, as far as the mask says so.
+TEST_F(PosixFiles, ANewDurableFileIsForOthersToReadAndNotToWrite) {
+    for (const auto& [mask, mode] : {std::pair{0U, 0644U}, {002U, 0644U}, {027U, 0640U}, {077U, 0600U}}) {
+        const mode_t before = ::umask(mask);
+        EXPECT_NE(platform::makeDurableFile(path("recording")), nullptr);
+        ::umask(before);
+        EXPECT_EQ(fs::status(surroundings_.top() / "recording").permissions(), fs::perms(mode)) << mask;
+        fs::remove(surroundings_.top() / "recording");
+    }
+}
+
+TEST_F(PosixFiles, NoLineIsAppendedThroughALink) {
+    writeBytes(surroundings_.top() / "precious", "precious");
+    fs::create_symlink(surroundings_.top() / "precious", surroundings_.top() / "log");
+    EXPECT_FALSE(platform_.appendLine(path("log"), "x"));
+    EXPECT_EQ(readBytes(surroundings_.top() / "precious"), "precious");
+    fs::remove(surroundings_.top() / "precious");
+    EXPECT_FALSE(platform_.appendLine(path("log"), "x"));
+    EXPECT_FALSE(fs::exists(surroundings_.top() / "precious"));
 }
 
 TEST_F(PosixFiles, LinesOfSeveralProcessesStayWhole) {

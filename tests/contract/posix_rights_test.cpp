@@ -1,5 +1,7 @@
 // Two users on one machine: neither reads, writes nor plants what is the other's.
+#include "core/ccore.hpp"
 #include "platform/host_window.hpp"
+#include "settings/data_folders.hpp"
 #include "tests/contract/posix_children.hpp"
 #include "tests/contract/posix_surroundings.hpp"
 
@@ -7,6 +9,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <grp.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -153,6 +156,37 @@ TEST_F(PosixRights, AStrangerPlantsNothingInWhatTheLibraryMade) {
               }),
         0);
     EXPECT_EQ(runAs(kStranger, [&] { return platform_.createSettings(kKey) ? 1 : 0; }), 0);
+}
+
+/// Nor a member of the owner's group, with the mask that many systems have.
+TEST_F(PosixRights, AStrangerPlantsNothingInTheDataFolderThatTheLibraryMade) {
+    surroundings_.giveTo(kOwner);
+    const fs::path folder = surroundings_.data() / "Tallowmere";
+    const std::vector<fs::path> folders{folder, folder / "config", folder / "database", folder / "log_system"};
+    for (const mode_t mask : {0U, 002U}) {
+        EXPECT_EQ(runAs(kOwner,
+                        [&] {
+                            ::umask(mask);
+                            const CCore core(platform_, false);
+                            const std::u16string log = GetDataFolder(core.context(), u"log_system") + u"/log";
+                            return core.area() != nullptr && platform_.appendLine(log, "x") ? 0 : 1;
+                        }),
+                  0);
+        for (const fs::path& each : folders) ASSERT_TRUE(fs::is_directory(each)) << each;
+        for (const fs::path& each : {surroundings_.top(), surroundings_.data()})
+            ASSERT_EQ(::chmod(each.c_str(), 0755), 0);
+        Child member([&](const Child::Line&) {
+            if (::setgroups(0, nullptr) != 0 || ::setgid(kOwner) != 0 || ::setuid(kStranger) != 0) return 96;
+            int planted = 0;
+            for (const fs::path& each : folders) {
+                if (::open((each / "planted").c_str(), O_CREAT | O_WRONLY, 0600) >= 0) ++planted;
+                if (::symlink("/etc/passwd", (each / "link").c_str()) == 0) ++planted;
+            }
+            return planted + (isRefused(folder / "log_system" / "log") ? 0 : 1);
+        });
+        EXPECT_EQ(member.finish(), 0) << mask;
+        fs::remove_all(folder);
+    }
 }
 
 TEST_F(PosixRights, APlantedSectionIsRefused) {

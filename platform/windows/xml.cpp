@@ -80,14 +80,20 @@ class ElementReader final : public XmlReader {
     bool malformed_ = false;
 };
 
-/// Looks first: the stream would take a device for a file, and one of any size.
+/// Asked of the stream itself, which keeps writers away: before it was opened the file may have grown or been replaced.
+bool isLargerThanAllowed(IStream* stream) noexcept {
+    STATSTG status{};
+    return FAILED(stream->Stat(&status, STATFLAG_NONAME)) ||
+           status.cbSize.QuadPart > static_cast<ULONGLONG>(kLargestDocument);
+}
+
+/// Looks first: the stream would take a device for a file.
 UniqueCom<IStream> openStream(const std::u16string& path) {
     UniqueCom<IStream> stream;
-    const UniqueFile file = openRegularFile(path, 0);
-    LARGE_INTEGER size{};
-    if (!file || !::GetFileSizeEx(file.get(), &size) || size.QuadPart > kLargestDocument) return stream;
+    if (!openRegularFile(path, 0)) return stream;
     if (FAILED(::SHCreateStreamOnFileEx(wide(path), STGM_READ | STGM_SHARE_DENY_WRITE, 0, FALSE, nullptr,
-                                        stream.receive())))
+                                        stream.receive())) ||
+        isLargerThanAllowed(stream.get()))
         return {};
     return stream;
 }

@@ -5,11 +5,11 @@
 // the last descriptor, however the process ended, so a life byte that nobody holds means that the file is
 // a remnant, whatever it contains. A forked child shares its parent's hold and keeps it.
 //
-// Who finds the life byte free takes it exclusively. A remnant with anything in it is removed, and the next try
-// finds or makes an empty file: so every section is a file of its own, and who still looks at a remnant keeps
-// its bytes. The empty file is made as large as it has to be, and the hold turned into a shared one. Nobody
-// gets in meanwhile. A maker that is killed leaves a remnant like any other; one that is stopped holds the
-// others up for no longer than kPatience tries.
+// Who finds the life byte free takes it exclusively. A remnant with anything in it, with rights for others or with a
+// second name is removed, and the next try finds or makes an empty file: so every section is a file of its own, and who
+// still looks at a remnant keeps its bytes. The empty file is made as large as it has to be, and the hold turned into a
+// shared one. Nobody gets in meanwhile. A maker that is killed leaves a remnant like any other; one that is stopped
+// holds the others up for no longer than kPatience tries.
 //
 // Who only looks holds nothing: the file is opened for reading, mapped when somebody else holds the life byte,
 // and asked for that again when the looker wants to know. Nothing here makes a file shorter that a process may
@@ -130,18 +130,33 @@ enum class Hold {
     Absent,  // a remnant that nobody holds
     Swept,   // a remnant that was there is gone
     Later,   // being made, or gone from under its name since it was opened
+    Empty,   // ours, and to be made
+    Exposed, // ours, but others have rights to it, or it has a second name
     Made,    // new, by us
     Opened,  // in use by others too
     Misfits, // in use by others too, with another size
 };
 
-/// Asked only while holding the life byte: a file without a name has been replaced.
-Hold judge(int file, std::size_t bytes, off_t& size) noexcept {
+/// Nobody else has rights to it or another name for it.
+bool isOursAlone(const struct stat& file) noexcept {
+    return S_ISREG(file.st_mode) && isOwn(file, S_IRWXG | S_IRWXO) && file.st_nlink == 1;
+}
+
+bool isNamed(const Folder& folder, const struct stat& file) noexcept {
+    struct stat named {};
+    return ::fstatat(folder.number, folder.entry, &named, AT_SYMLINK_NOFOLLOW) == 0 && named.st_dev == file.st_dev &&
+           named.st_ino == file.st_ino;
+}
+
+/// Asked only while holding the life byte, which keeps others from removing the file. Before, they may have: then it
+/// is no section any more, whatever other name it still has.
+Hold judge(const Folder& folder, int file, std::size_t bytes) noexcept {
     struct stat status {};
-    if (::fstat(file, &status) != 0 || !S_ISREG(status.st_mode) || !isOwn(status, S_IRWXG | S_IRWXO)) return Hold::None;
-    if (status.st_nlink != 1) return status.st_nlink == 0 ? Hold::Later : Hold::None;
-    size = status.st_size;
-    return size == static_cast<off_t>(bytes) ? Hold::Opened : Hold::Misfits;
+    if (::fstat(file, &status) != 0 || !S_ISREG(status.st_mode) || !isOwn(status, 0)) return Hold::None;
+    if (!isNamed(folder, status)) return Hold::Later;
+    if (!isOursAlone(status)) return Hold::Exposed;
+    if (status.st_size == 0) return Hold::Empty;
+    return status.st_size == static_cast<off_t>(bytes) ? Hold::Opened : Hold::Misfits;
 }
 
 /// Takes the space where the file system can't do so itself. A file that is only made longer would have none.
@@ -167,38 +182,35 @@ bool allocate(int file, std::size_t bytes) noexcept {
     return result == 0 || (errno == EOPNOTSUPP && fillWithZeros(file, bytes));
 }
 
-/// Removes a remnant; asked with the life byte held exclusively. It is asked whether the name still means this
-/// file, because somebody may have moved it.
+/// Removes a remnant; asked with the life byte held exclusively. Once more it is asked whether the name still means
+/// this file, because somebody may have moved it.
 Hold sweep(const Folder& folder, int file) noexcept {
-    struct stat held {};
-    struct stat named {};
-    const bool same = ::fstat(file, &held) == 0 &&
-                      ::fstatat(folder.number, folder.entry, &named, AT_SYMLINK_NOFOLLOW) == 0 &&
-                      held.st_dev == named.st_dev && held.st_ino == named.st_ino;
+    struct stat status {};
+    const bool same = ::fstat(file, &status) == 0 && isNamed(folder, status);
     return same && ::unlinkat(folder.number, folder.entry, 0) == 0 ? Hold::Swept : Hold::None;
 }
 
 /// Makes the section anew; asked with the life byte held exclusively, which becomes a shared hold. The mode
 /// is set because a umask may have kept the user's own rights off a file just made.
 Hold make(const Folder& folder, int file, std::size_t bytes) noexcept {
-    off_t size = 0;
-    const Hold judged = judge(file, bytes, size);
+    const Hold judged = judge(folder, file, bytes);
     if (judged == Hold::None || judged == Hold::Later) return judged;
-    if (size != 0) return sweep(folder, file);
+    if (judged != Hold::Empty) return sweep(folder, file);
     const bool made = allocate(file, bytes) && ::fchmod(file, S_IRUSR | S_IWUSR) == 0 && setHold(file, F_RDLCK);
     if (made) return Hold::Made;
     sweep(folder, file); // gives back what it took
     return Hold::None;
 }
 
-/// Joins those who hold the section. Empty, it is the remnant of a maker that was killed at work: whoever
-/// is alone with it makes it anew, and several who met over it try again.
+/// Joins those who hold the section. A file that can't be joined may be a remnant all the same, empty of a maker that
+/// was killed at work: whoever is alone with it makes it anew. Several who met over an empty one try again; a section
+/// in use that is open to others is refused.
 Hold join(const Folder& folder, int file, std::size_t bytes, bool mayMake) noexcept {
     if (!setHold(file, F_RDLCK)) return Hold::Later;
-    off_t size = 0;
-    const Hold judged = judge(file, bytes, size);
-    if (judged != Hold::Misfits || size != 0) return judged;
-    return mayMake && setHold(file, F_WRLCK) ? make(folder, file, bytes) : Hold::Later;
+    const Hold judged = judge(folder, file, bytes);
+    if (judged != Hold::Empty && judged != Hold::Exposed) return judged;
+    if (mayMake && setHold(file, F_WRLCK)) return make(folder, file, bytes);
+    return judged == Hold::Empty ? Hold::Later : Hold::None;
 }
 
 Hold tryHold(const Folder& folder, int file, std::size_t bytes, bool mayMake) noexcept {
@@ -215,20 +227,33 @@ Hold tryHold(const Folder& folder, int file, std::size_t bytes, bool mayMake) no
     }
 }
 
+/// True when the user's own rights to the file were missing and have been given back: a mask may have kept them off a
+/// file whose maker was killed, or somebody have taken them since, and nobody could ever open it again. Not done to a
+/// file that has other names. Nobody else can put a link there meanwhile: the folder is the user's or has a sticky bit.
+bool giveOwnRights(const Folder& folder) noexcept {
+    constexpr mode_t kOwnRights = S_IRUSR | S_IWUSR;
+    struct stat status {};
+    return ::fstatat(folder.number, folder.entry, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode) &&
+           isOwn(status, 0) && status.st_nlink == 1 && (status.st_mode & kOwnRights) != kOwnRights &&
+           ::fchmodat(folder.number, folder.entry, (status.st_mode & ACCESSPERMS) | kOwnRights, 0) == 0;
+}
+
 struct HeldFile {
     Descriptor file;
     Hold hold = Hold::None;
 };
 
 HeldFile holdFile(std::u16string_view name, std::size_t bytes, bool mayMake) noexcept {
-    const RuntimeFolder folder;
-    const EntryName entry = folder.entry(name);
-    if (!folder || entry.empty()) return {};
+    const RuntimeFolder runtime;
+    const EntryName entry = runtime.entry(name);
+    if (!runtime || entry.empty()) return {};
+    const Folder folder{runtime.get(), entry.text()};
     const int flags = O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY | (mayMake ? O_CREAT : 0);
     for (int attempt = 0; attempt < kPatience; ++attempt) {
-        Descriptor file(::openat(folder.get(), entry.text(), flags, S_IRUSR | S_IWUSR));
+        Descriptor file(::openat(folder.number, folder.entry, flags, S_IRUSR | S_IWUSR));
+        if (!file && mayMake && errno == EACCES && giveOwnRights(folder)) continue;
         if (!file) return {};
-        const Hold hold = tryHold({folder.get(), entry.text()}, file.get(), bytes, mayMake);
+        const Hold hold = tryHold(folder, file.get(), bytes, mayMake);
         if (hold == Hold::Made || hold == Hold::Opened || hold == Hold::Misfits) return {std::move(file), hold};
         // A child forked by another thread just now would keep the hold; so it is let go, not only closed.
         setHold(file.get(), F_UNLCK);
@@ -255,8 +280,9 @@ class SectionFileLook final : public SectionLook {
     [[nodiscard]] const std::byte* view() const noexcept override { return view_; }
     /// A file that has been cut is let go too.
     [[nodiscard]] bool isOwned() const noexcept override {
-        off_t size = 0;
-        return othersHold(file_.get()) == F_RDLCK && judge(file_.get(), bytes_, size) == Hold::Opened;
+        struct stat status {};
+        return othersHold(file_.get()) == F_RDLCK && ::fstat(file_.get(), &status) == 0 && isOursAlone(status) &&
+               status.st_size == static_cast<off_t>(bytes_);
     }
     [[nodiscard]] std::u16string maker() const override { return makerOf(file_.get()); }
 

@@ -20,11 +20,25 @@ pid_t waitFor(pid_t id, int& status, int options) {
     return result;
 }
 
-[[noreturn]] void runTraced(const std::function<void()>& body) {
+[[noreturn]] void runTraced(const std::function<int()>& body) {
     if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) ::_exit(99);
     ::raise(SIGSTOP);
-    body();
-    ::_exit(0);
+    ::_exit(body());
+}
+
+/// A child that runs a function and has been stopped after these system calls; `stepped` tells whether it stands there.
+pid_t stopAfterSystemCalls(int calls, const std::function<int()>& body, Stepped& stepped) {
+    const pid_t child = ::fork();
+    if (child == 0) runTraced(body);
+    int status = 0;
+    waitFor(child, status, 0);
+    stepped = WIFSTOPPED(status) ? Stepped::Stopped : Stepped::Unavailable;
+    for (int i = 0; stepped == Stepped::Stopped && i < calls; ++i) {
+        ::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
+        waitFor(child, status, 0);
+        if (!WIFSTOPPED(status)) stepped = Stepped::Ended;
+    }
+    return child;
 }
 
 } // namespace
@@ -93,20 +107,30 @@ int Child::finish() {
 }
 
 Stepped killAfterSystemCalls(int calls, const std::function<void()>& body, const std::function<void()>& whileStopped) {
-    const pid_t child = ::fork();
-    if (child == 0) runTraced(body);
-    int status = 0;
-    waitFor(child, status, 0);
-    if (!WIFSTOPPED(status)) return Stepped::Unavailable;
-    for (int i = 0; i < calls; ++i) {
-        ::ptrace(PTRACE_SYSCALL, child, nullptr, nullptr);
-        waitFor(child, status, 0);
-        if (!WIFSTOPPED(status)) return Stepped::Ended;
-    }
+    const auto ending = [&body] {
+        body();
+        return 0;
+    };
+    Stepped stepped = Stepped::Unavailable;
+    const pid_t child = stopAfterSystemCalls(calls, ending, stepped);
+    if (stepped != Stepped::Stopped) return stepped;
     whileStopped();
     ::kill(child, SIGKILL);
+    int status = 0;
     waitFor(child, status, 0);
-    return Stepped::Stopped;
+    return stepped;
+}
+
+Stepped carryOnAfterSystemCalls(int calls, const std::function<int()>& body,
+                                const std::function<void()>& whileStopped) {
+    Stepped stepped = Stepped::Unavailable;
+    const pid_t child = stopAfterSystemCalls(calls, body, stepped);
+    if (stepped != Stepped::Stopped) return stepped;
+    whileStopped();
+    ::ptrace(PTRACE_DETACH, child, nullptr, nullptr);
+    int status = 0;
+    waitFor(child, status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? stepped : Stepped::Failed;
 }
 
 int runAs(uid_t user, const std::function<int()>& body) {

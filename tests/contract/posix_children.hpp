@@ -42,11 +42,14 @@ class Child {
 };
 
 /// Runs a function in a child that is stopped before and after each of its system calls, for `calls` such
-/// stops. True with the child still stopped, false when the function ended before. `whileStopped` runs
+/// stops. `Ended` when the function ended before. `whileStopped` runs
 /// then, and the child is killed.
-enum class Stepped { Stopped, Ended, Unavailable };
+enum class Stepped { Stopped, Ended, Failed, Unavailable };
 [[nodiscard]] Stepped killAfterSystemCalls(int calls, const std::function<void()>& body,
                                            const std::function<void()>& whileStopped);
+/// The same, but the child then carries on to its end; `Failed` when its function's result was not 0.
+[[nodiscard]] Stepped carryOnAfterSystemCalls(int calls, const std::function<int()>& body,
+                                              const std::function<void()>& whileStopped);
 
 /// Runs a function as another user, in a child; its result.
 [[nodiscard]] int runAs(uid_t user, const std::function<int()>& body);

@@ -1,5 +1,6 @@
 // How the section's file lives on Linux: who is killed, who is stopped, what lies under its name.
 #include "platform/platform.hpp"
+#include "platform/posix/descriptor.hpp"
 #include "platform/posix/section.hpp"
 #include "tests/contract/posix_children.hpp"
 #include "tests/contract/posix_surroundings.hpp"
@@ -45,6 +46,7 @@ using platform::SharedSection;
 using Seconds = std::chrono::duration<double>;
 
 constexpr std::size_t kBytes = 253'336;
+constexpr uid_t kUser = 54321; // who may not do everything
 constexpr char16_t kName[] = u"Section_1";
 
 std::unique_ptr<SharedSection> openOrCreate(const std::u16string& name = kName, std::size_t bytes = kBytes) {
@@ -86,6 +88,12 @@ class PosixSection : public testing::Test {
     [[nodiscard]] mode_t modeOf(const fs::path& path) const {
         struct stat status {};
         return ::lstat(path.c_str(), &status) == 0 ? status.st_mode : 0;
+    }
+
+    /// Nobody holds the section's file, if there is one.
+    [[nodiscard]] bool isFree() const {
+        const platform::posix::Descriptor held(::open(file().c_str(), O_RDWR | O_CLOEXEC));
+        return !held || lockLifeByte(held.get(), F_WRLCK);
     }
 
     PosixSurroundings surroundings_;
@@ -190,18 +198,122 @@ TEST_F(PosixSection, ALinkedFileIsNeitherUsedNorChanged) {
     fs::permissions(other, fs::perms::owner_read | fs::perms::owner_write);
     fs::create_symlink(other, file());
     EXPECT_EQ(openOrCreate(), nullptr);
-    fs::remove(file());
-    fs::create_hard_link(other, file());
-    EXPECT_EQ(openOrCreate(), nullptr);
+    EXPECT_TRUE(fs::is_symlink(file()));
     EXPECT_EQ(readBytes(other), "precious");
 }
 
-TEST_F(PosixSection, AFileThatOthersMayReadIsRefused) {
+/// What nobody holds is in the way for ever, unless it is removed.
+TEST_F(PosixSection, ARemnantWithASecondNameLosesTheSectionsOnly) {
+    const fs::path other = surroundings_.runtime() / "other";
+    for (const char* bytes : {"", "precious"}) {
+        writeBytes(other, bytes);
+        fs::permissions(other, fs::perms::owner_read | fs::perms::owner_write);
+        fs::create_hard_link(other, file());
+        EXPECT_EQ(open(), nullptr);
+        const auto section = openOrCreate();
+        EXPECT_TRUE(isNew(section.get()));
+        EXPECT_FALSE(fs::equivalent(other, file()));
+        EXPECT_EQ(readBytes(other), bytes);
+        fs::remove(file());
+    }
+}
+
+TEST_F(PosixSection, ARemnantThatOthersMayReadIsReplaced) {
+    const fs::path other = surroundings_.runtime() / "other";
+    for (const mode_t mode : {0640U, 0604U, 0620U, 0666U, 0777U, 07777U}) {
+        for (const char* bytes : {"", "x"}) {
+            writeBytes(file(), bytes);
+            ASSERT_EQ(::chmod(file().c_str(), mode), 0);
+            fs::create_hard_link(file(), other);
+            EXPECT_EQ(open(), nullptr) << mode;
+            EXPECT_TRUE(isNew(openOrCreate().get())) << mode;
+            EXPECT_EQ(modeOf(file()), mode_t{S_IFREG | S_IRUSR | S_IWUSR});
+            EXPECT_EQ(readBytes(other), bytes);
+            fs::remove(file());
+            fs::remove(other);
+        }
+    }
+}
+
+/// Others may have it open already.
+TEST_F(PosixSection, ASectionInUseThatOthersMayReadIsRefused) {
+    const auto section = openOrCreate();
+    ASSERT_NE(section, nullptr);
+    section->view()[3] = std::byte{3};
+    const auto isRefused = [] {
+        return openOrCreate() == nullptr && open() == nullptr &&
+               platform::hostPlatform().lookAtSection(kName, kBytes) == nullptr;
+    };
     for (const mode_t mode : {0640U, 0604U, 0620U, 0666U}) {
-        writeBytes(file(), "x");
         ASSERT_EQ(::chmod(file().c_str(), mode), 0);
-        EXPECT_EQ(openOrCreate(), nullptr);
-        EXPECT_EQ(readBytes(file()), "x");
+        EXPECT_TRUE(isRefused()) << mode;
+    }
+    ASSERT_EQ(::chmod(file().c_str(), 0600), 0);
+    fs::create_hard_link(file(), surroundings_.runtime() / "other");
+    EXPECT_TRUE(isRefused());
+    fs::remove(surroundings_.runtime() / "other");
+    const auto next = openOrCreate();
+    ASSERT_NE(next, nullptr);
+    EXPECT_EQ(next->view()[3], std::byte{3});
+}
+
+/// A mask may have kept the user's own rights off the file, or somebody have taken them.
+TEST_F(PosixSection, AFileWithoutTheUsersOwnRightsGetsThemBack) {
+    surroundings_.giveTo(kUser);
+    const auto ofUser = [this] {
+        for (const mode_t mode : {0U, 0200U, 0400U, 0444U, 0500U}) {
+            writeBytes(file(), "x");
+            ::chmod(file().c_str(), mode);
+            auto section = openOrCreate();
+            if (!isNew(section.get())) return 1;
+            section->view()[3] = std::byte{3};
+            ::chmod(file().c_str(), mode & S_IRWXU);
+            const auto next = openOrCreate(); // in use, it is joined
+            if (next == nullptr || !next->existed() || next->view()[3] != std::byte{3}) return 2;
+            if (modeOf(file()) != (S_IFREG | S_IRUSR | S_IWUSR | (mode & S_IXUSR))) return 3;
+        }
+        ::umask(0777);
+        fs::remove(file());
+        return isNew(openOrCreate().get()) ? 0 : 4;
+    };
+    EXPECT_EQ(::geteuid() == 0 ? runAs(kUser, ofUser) : Child([&](const Child::Line&) { return ofUser(); }).finish(),
+              0);
+}
+
+/// Somebody is stopped at each step on the way to a remnant with a second name, which meanwhile others replace. Whether
+/// it was in use when they came or not, they end up with everybody else or with none, and never alone in the remnant.
+TEST_F(PosixSection, WhoIsHeldUpWhileARemnantIsReplacedFindsTheNewOne) {
+    const fs::path other = surroundings_.runtime() / "other";
+    for (const bool wasInUse : {false, true}) {
+        int calls = 0;
+        for (Stepped stepped = Stepped::Stopped; stepped == Stepped::Stopped; ++calls) {
+            fs::remove(file());
+            auto old = openOrCreate();
+            ASSERT_NE(old, nullptr);
+            fs::create_hard_link(file(), other);
+            if (!wasInUse) {
+                old.reset();
+                fs::resize_file(file(), 0); // else it would not be taken for a section to be made
+            }
+            stepped = carryOnAfterSystemCalls(
+                calls,
+                [wasInUse, &old] {
+                    old.reset(); // the hold is the other's alone
+                    const auto section = openOrCreate();
+                    if (section == nullptr) return wasInUse ? 0 : 1;
+                    section->view()[17] = std::byte{17};
+                    const auto again = openOrCreate();
+                    return again != nullptr && again->view()[17] == std::byte{17} ? 0 : 2;
+                },
+                [&] {
+                    old.reset();
+                    if (isFree()) openOrCreate(); // else it is kept from being replaced
+                });
+            if (stepped == Stepped::Unavailable) GTEST_SKIP() << "this process may not trace its children";
+            EXPECT_NE(stepped, Stepped::Failed) << calls;
+            fs::remove(other);
+        }
+        EXPECT_GT(calls, 20);
     }
 }
 

@@ -159,7 +159,7 @@ Hold judge(const Folder& folder, int file, std::size_t bytes) noexcept {
     return status.st_size == static_cast<off_t>(bytes) ? Hold::Opened : Hold::Misfits;
 }
 
-/// Takes the space where the file system can't do so itself. A file that is only made longer would have none.
+/// Takes the space page by page, where it can't be had at once. A file that is only made longer would have none.
 bool fillWithZeros(int file, std::size_t bytes) noexcept {
     constexpr std::array<char, 4096> kZeros{};
     for (std::size_t done = 0; done < bytes;) {
@@ -172,14 +172,13 @@ bool fillWithZeros(int file, std::size_t bytes) noexcept {
     return true;
 }
 
-/// Space is taken now, so that a full file system is an error here and not a fault at some later access.
+/// Space is taken now, so that a full file system is an error here and not a fault at some later access. Not all file
+/// systems can take it at once. On older kernels a signal makes that start from nothing again, so a program with a fast
+/// timer would never get there; a page is taken, signal or not.
 bool allocate(int file, std::size_t bytes) noexcept {
     const WithoutWriteSignals guard;
-    const auto size = static_cast<off_t>(bytes);
-    int result = 0;
-    do result = ::fallocate(file, 0, 0, size);
-    while (result != 0 && errno == EINTR);
-    return result == 0 || (errno == EOPNOTSUPP && fillWithZeros(file, bytes));
+    if (::fallocate(file, 0, 0, static_cast<off_t>(bytes)) == 0) return true;
+    return (errno == EOPNOTSUPP || errno == EINTR) && fillWithZeros(file, bytes);
 }
 
 /// Removes a remnant; asked with the life byte held exclusively. Once more it is asked whether the name still means

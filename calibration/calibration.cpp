@@ -3,6 +3,7 @@
 #include "calibration/calibration_file.hpp"
 #include "calibration/default_table.hpp"
 #include "core/channels/angle_steps.hpp"
+#include "core/held_exceptions.hpp"
 #include "settings/data_folders.hpp"
 #include "settings/reg_ex.hpp"
 
@@ -59,7 +60,7 @@ double intoRange(UnitClass unitClass, double value) noexcept {
         return stepToSigned(value);
     case UnitClass::BoatSpeed:
     case UnitClass::WindSpeed:
-        return value < 0.0 ? 0.0 : value;
+        return std::isless(value, 0.0) ? 0.0 : value;
     default:
         return value;
     }
@@ -152,12 +153,14 @@ bool Calibration::CalibrationCorrection(std::size_t id, double value, double& co
 /// The value with sign times the item's correction added; as it is where there is none.
 double Calibration::corrected(std::size_t id, double value, double sign) noexcept {
     double correction = NO_VALUE;
-    return CalibrationCorrection(id, value, correction) ? value + sign * correction : value;
+    if (!CalibrationCorrection(id, value, correction)) return value;
+    return isModerate(correction) ? value + sign * correction
+                                  : withExceptionsHeld([&] { return value + sign * correction; });
 }
 
 double Calibration::addCorrection(ChannelIndex channel, double value) noexcept {
     if (channel == ZAN_AWA) value = corrected(which::kAwaOffset, value, 1.0);
-    const bool mirrored = channel == ZAN_TWA && value < 0.0;
+    const bool mirrored = channel == ZAN_TWA && std::isless(value, 0.0);
     if (channel >= kChannelCount) return value;
     return corrected(kCorrectingItem[channel], value, mirrored ? -1.0 : 1.0);
 }

@@ -1,8 +1,11 @@
 #include "calibration/curve.hpp"
 
+#include "core/held_exceptions.hpp"
+
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cmath>
 #include <span>
 
 namespace tallowmere {
@@ -14,7 +17,7 @@ std::span<const CurveKnot> knotsOf(const CurveRow& row) noexcept {
 
 /// True when the positions ascend, as told by the two ends.
 bool ascends(std::span<const CurveKnot> knots) noexcept {
-    return knots.back().x > knots.front().x;
+    return std::isgreater(knots.back().x, knots.front().x);
 }
 
 /// The two knots about a position. In an ordered row `a` is the one with the smaller position.
@@ -33,7 +36,7 @@ inline Interval findInterval(std::span<const CurveKnot> knots, double x) noexcep
     std::size_t length = knots.size() - 1;
     while (length > 1) {
         const std::size_t half = length / 2;
-        if ((low[half].x > x) == ascending) {
+        if (std::isgreater(low[half].x, x) == ascending) {
             length = half;
         } else {
             low += half;
@@ -70,10 +73,25 @@ double splineBetween(const CurveKnot& a, const CurveKnot& b, double x) noexcept 
     return cubicBetween(a, b, x);
 }
 
+constexpr double kNarrowest = 1e-30; // between two positions, for moderate results
+
+/// True when no formula fails between two neighbours or anywhere near them.
+bool areModerate(const CurveKnot& a, const CurveKnot& b) noexcept {
+    for (const CurveKnot& knot : {a, b})
+        if (!isModerate(knot.x) || !isModerate(knot.y) || !isModerate(knot.y2)) return false;
+    return std::fabs(b.x - a.x) >= kNarrowest;
+}
+
+bool hasModerateKnots(std::span<const CurveKnot> knots) noexcept {
+    for (std::size_t k = 1; k < knots.size(); ++k)
+        if (!areModerate(knots[k - 1], knots[k])) return false;
+    return true;
+}
+
 /// True for the usual row: up the positions, no two of them equal.
 bool isAscending(std::span<const CurveKnot> knots) noexcept {
     for (std::size_t k = 1; k < knots.size(); ++k)
-        if (!(knots[k].x - knots[k - 1].x > 0.0)) return false;
+        if (!(knots[k].x > knots[k - 1].x)) return false;
     return true;
 }
 
@@ -84,7 +102,7 @@ bool isMissing(double value) noexcept {
 
 constexpr std::ptrdiff_t kFewKnots = 8; // about as many are faster seen one by one than halved
 
-/// The spline of an ascending row of at least two knots.
+/// The spline of an ascending row of at least two knots, at a moderate x.
 inline double evalAscending(const CurveRow& row, double x) noexcept {
     const CurveKnot* low = row.knots.data();
     const CurveKnot* last = &row.knots.back();
@@ -102,12 +120,28 @@ inline double evalAscending(const CurveRow& row, double x) noexcept {
 }
 
 /// The spline of any row.
-[[gnu::noinline]] double evalAny(const CurveRow& row, double x) noexcept {
+[[gnu::noinline]] double splineOf(const CurveRow& row, double x) noexcept {
     const std::span<const CurveKnot> knots = knotsOf(row);
     if (knots.empty()) return NO_VALUE;
     if (knots.size() == 1) return knots.front().y;
     const Interval interval = findInterval(knots, x);
     return splineBetween(interval.a, interval.b, x);
+}
+
+/// The line of any row.
+[[gnu::noinline]] double lineOf(const CurveRow& row, double x) noexcept {
+    const std::span<const CurveKnot> knots = knotsOf(row);
+    if (knots.empty()) return NO_VALUE;
+    if (knots.size() == 1) return knots.front().y;
+    const Interval interval = findInterval(knots, x);
+    return linearBetween(interval.a, interval.b, x);
+}
+
+/// One of the two at any x.
+[[gnu::noinline]] double evalAny(double (*curveOf)(const CurveRow&, double) noexcept, const CurveRow& row,
+                                 double x) noexcept {
+    if (row.moderate != 0 && isModerate(x)) return curveOf(row, x);
+    return withExceptionsHeld([&] { return curveOf(row, x); });
 }
 
 /// The knots of a row from the smallest position up, however they are stored.
@@ -151,6 +185,15 @@ void substituteBack(const UpThePositions& knots, const Scratch& u) noexcept {
     }
 }
 
+/// Makes the y2 of at least two knots.
+void sweep(std::span<CurveKnot> knots) noexcept {
+    const UpThePositions ordered(knots);
+    Scratch u;
+    std::fill_n(u.begin(), knots.size(), 0.0);
+    decompose(ordered, u);
+    substituteBack(ordered, u);
+}
+
 /// Holds r between the first and the last row. KEPT: one row of the two without a value sends every r to the
 /// first row's value, whichever it is.
 double holdInRows(const std::vector<CurveRow>& rows, double r) noexcept {
@@ -158,10 +201,10 @@ double holdInRows(const std::vector<CurveRow>& rows, double r) noexcept {
     const double last = rows.back().rowValue;
     if (first == NO_VALUE && last == NO_VALUE) return r;
     if (first == NO_VALUE || last == NO_VALUE) return first;
-    const double low = std::min(first, last);
-    const double high = std::max(first, last);
-    if (r < low) return low;
-    return r > high ? high : r;
+    const double low = std::isless(last, first) ? last : first;
+    const double high = std::isless(first, last) ? last : first;
+    if (std::isless(r, low)) return low;
+    return std::isgreater(r, high) ? high : r;
 }
 
 /// Index of the lower of the two rows about r. At least two rows.
@@ -170,16 +213,37 @@ std::size_t lowerRow(const std::vector<CurveRow>& rows, double r) noexcept {
     std::size_t high = rows.size() - 1;
     while (high - low > 1) {
         const std::size_t middle = (low + high) / 2;
-        (rows[middle].rowValue > r ? high : low) = middle;
+        (std::isgreater(rows[middle].rowValue, r) ? high : low) = middle;
     }
     return low;
+}
+
+// The formulas between rows.
+double onLine(double y1, double y2, double t) noexcept {
+    return y1 + (y2 - y1) * t;
+}
+double blended(double p0, double p1, double p2, double p3, double t) noexcept {
+    return p1 + (t / 2.0) * ((p2 - p0) + t * ((2.0 * p0 - 5.0 * p1 + 4.0 * p2 - p3) + t * (3.0 * (p1 - p2) + p3 - p0)));
+}
+
+/// A formula, worked out as its numbers need it.
+template <auto formula, class... Numbers> double workedOut(Numbers... numbers) noexcept {
+    const auto work = [&]() noexcept { return formula(numbers...); };
+    return (isModerate(numbers) && ...) ? work() : withExceptionsHeld(work);
+}
+
+/// Where r lies on the way between two rows of different values: 0 to 1 for one between them.
+double wayBetween(double low, double high, double r) noexcept {
+    const bool between = std::isless(low, r) && std::isless(r, high) && isModerate(low) && isModerate(high);
+    const auto work = [&]() noexcept { return (r - low) / (high - low); };
+    return between ? work() : withExceptionsHeld(work);
 }
 
 /// The value at t, 0 to 1, of the way from row `low` to the next. y1 and y2 are theirs at x.
 bool evalBetweenRows(CalibrationTable& table, std::size_t low, double x, double y1, double y2, double t,
                      double& y) noexcept {
     if (table.linear != 0) {
-        y = y1 + (y2 - y1) * t;
+        y = workedOut<onLine>(y1, y2, t);
         return y != NO_VALUE;
     }
     double before = y1;
@@ -203,15 +267,13 @@ void ShapeTable(CalibrationTable& table, std::size_t rows, std::size_t columns) 
 
 bool BuildSpline(CurveRow& row) noexcept {
     row.dirty = 0;
+    row.moderate = 1;
     row.ascending = 0;
     const std::size_t count = std::min(row.knots.size(), kMostKnots);
     if (count < 2) return false;
-    const UpThePositions knots({row.knots.data(), count});
-    Scratch u;
-    std::fill_n(u.begin(), count, 0.0);
-    decompose(knots, u);
-    substituteBack(knots, u);
-    row.ascending = count == row.knots.size() && isAscending(row.knots) ? 1 : 0;
+    withExceptionsHeld([&] { sweep({row.knots.data(), count}); });
+    row.moderate = hasModerateKnots(knotsOf(row)) ? 1 : 0;
+    row.ascending = row.moderate != 0 && count == row.knots.size() && isAscending(row.knots) ? 1 : 0;
     return true;
 }
 
@@ -223,20 +285,12 @@ void BuildSplines(CalibrationTable& table) noexcept {
 bool EvalSpline(CurveRow& row, double x, double& y) noexcept {
     if (row.dirty != 0) [[unlikely]]
         BuildSpline(row);
-    y = row.ascending != 0 ? evalAscending(row, x) : evalAny(row, x);
+    y = row.ascending != 0 && isModerate(x) ? evalAscending(row, x) : evalAny(splineOf, row, x);
     return !isMissing(y);
 }
 
 bool EvalLinear(const CurveRow& row, double x, double& y) noexcept {
-    y = NO_VALUE;
-    const std::span<const CurveKnot> knots = knotsOf(row);
-    if (knots.empty()) return false;
-    if (knots.size() == 1) {
-        y = knots.front().y;
-    } else {
-        const Interval interval = findInterval(knots, x);
-        y = linearBetween(interval.a, interval.b, x);
-    }
+    y = evalAny(lineOf, row, x);
     return y != NO_VALUE;
 }
 
@@ -267,7 +321,7 @@ bool EvalTable(CalibrationTable& table, double x, double r, double& y) noexcept 
         y = y1;
         return true;
     }
-    const double t = (r - lowValue) / (highValue - lowValue);
+    const double t = wayBetween(lowValue, highValue, r);
     return evalBetweenRows(table, low, x, y1, y2, t, y);
 }
 
@@ -276,7 +330,7 @@ bool BlendRows(double p0, double p1, double p2, double p3, double t, double& y) 
     if (p1 == NO_VALUE || p2 == NO_VALUE) return false;
     if (p0 == NO_VALUE) p0 = p1;
     if (p3 == NO_VALUE) p3 = p2;
-    y = p1 + (t / 2.0) * ((p2 - p0) + t * ((2.0 * p0 - 5.0 * p1 + 4.0 * p2 - p3) + t * (3.0 * (p1 - p2) + p3 - p0)));
+    y = workedOut<blended>(p0, p1, p2, p3, t);
     return y != NO_VALUE;
 }
 

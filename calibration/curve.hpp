@@ -2,7 +2,8 @@
 //
 // NO_VALUE (32767.0) stands for a missing value everywhere and is never interpolated through. Every function
 // takes any numbers, NaN and infinities too, in any order, and ends; what comes of unordered or equal
-// positions is whatever the formulas give, a NaN perhaps. Nothing here allocates but ShapeTable.
+// positions is whatever the formulas give, a NaN perhaps. Nothing here allocates but ShapeTable, and nothing raises a
+// floating-point exception but a signalling NaN.
 //
 // Threads: evaluating builds a row's spline first when the row is dirty, so a table with dirty rows belongs to
 // one thread. After BuildSplines nothing is dirty, and any number of threads may evaluate at once until
@@ -34,7 +35,9 @@ struct CurveRow {
     double rowValue = NO_VALUE;   // the second input's value that the curve stands for
     std::uint8_t dirty = 0;       // 1: the knots have changed since the spline was built
     std::vector<CurveKnot> knots; // by x, ascending or descending
-    std::uint8_t ascending = 0;   // made by BuildSpline: 1: each position exceeds the one before
+    // Made by BuildSpline.
+    std::uint8_t moderate = 0;  // 1: no number here makes a formula invalid or too large
+    std::uint8_t ascending = 0; // 1: moderate, and each position exceeds the one before
 };
 
 struct CalibrationTable {

@@ -2,6 +2,7 @@
 
 #include "core/channels/angle_steps.hpp"
 #include "core/channels/system_values.hpp"
+#include "core/held_exceptions.hpp"
 #include "units/units.hpp"
 
 #include <cmath>
@@ -35,10 +36,7 @@ double showBearing(const ValueStore& values, double value, double variation) noe
     return stepToBearing(sum < 0.0 ? sum + kTurn : sum);
 }
 
-} // namespace
-
-double ConvertForDisplay(const ValueStore& values, ChannelIndex channel, double value, double variation) noexcept {
-    if (values.area() == nullptr || value == NO_VALUE) return value;
+double convert(const ValueStore& values, ChannelIndex channel, double value, double variation) noexcept {
     const SystemValues system(values.area());
     switch (unitClassOf(values.area(), channel)) {
     case UnitClass::Depth:
@@ -62,6 +60,14 @@ double ConvertForDisplay(const ValueStore& values, ChannelIndex channel, double 
     default:
         return value;
     }
+}
+
+} // namespace
+
+double ConvertForDisplay(const ValueStore& values, ChannelIndex channel, double value, double variation) noexcept {
+    if (values.area() == nullptr || value == NO_VALUE) return value;
+    // Value, variation and boat length are any numbers.
+    return withExceptionsHeld([&] { return convert(values, channel, value, variation); });
 }
 
 } // namespace tallowmere

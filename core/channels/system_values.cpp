@@ -1,6 +1,7 @@
 #include "core/channels/system_values.hpp"
 
 #include <array>
+#include <cmath>
 #include <limits>
 
 namespace tallowmere {
@@ -32,7 +33,7 @@ constexpr std::array<IntegerRange, kSystemIntegerCount> kIntegerRanges{{
 
 /// Holds a double in a range; a NaN becomes the lower bound.
 double clampNumber(double value, double low, double high) noexcept {
-    if (!(value >= low)) return low;
+    if (!std::isgreaterequal(value, low)) return low;
     return value > high ? high : value;
 }
 

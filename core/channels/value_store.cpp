@@ -4,8 +4,10 @@
 #include "core/channels/rounding.hpp"
 #include "core/channels/system_values.hpp"
 #include "core/channels/time_scale.hpp"
+#include "core/held_exceptions.hpp"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <optional>
 #include <span>
@@ -18,11 +20,13 @@ template <class Integer> std::optional<Integer> roundToInteger(double value) noe
     constexpr auto low = static_cast<double>(std::numeric_limits<Integer>::min());
     constexpr double end = -low; // one above the largest, exactly
     const double rounded = roundHalfAway(value);
-    if (!(rounded >= low && rounded < end)) return std::nullopt;
+    if (!(std::isgreaterequal(rounded, low) && std::isless(rounded, end))) return std::nullopt;
     return static_cast<Integer>(rounded);
 }
 
 std::optional<std::int64_t> ticksFromDays(UnitClass unitClass, double days) noexcept {
+    constexpr double beyond = 2e7; // days; more than 64 bits hold, whichever the unit class
+    if (!std::isless(std::fabs(days), beyond)) return std::nullopt;
     switch (unitClass) {
     case UnitClass::DateTime:
         if (days == 0.0) return std::nullopt;
@@ -34,22 +38,24 @@ std::optional<std::int64_t> ticksFromDays(UnitClass unitClass, double days) noex
     }
 }
 
+// Values come from anywhere: they are compared so that a quiet NaN raises nothing (core/held_exceptions.hpp).
+
 /// Brings an angle into its range by one turn at most; one further out is left as it is.
 /// KEPT: so Heel -400 becomes -40 and -600 is left for the range check to clear; a bearing of 720 becomes 360.
 double normaliseAngle(UnitClass unitClass, double value) noexcept {
     if (unitClass == UnitClass::Bearing) {
-        if (value < 0.0) return value + 360.0 >= 0.0 ? value + 360.0 : value;
-        if (value >= 360.0) return value - 360.0 <= 360.0 ? value - 360.0 : value;
+        if (std::isless(value, 0.0)) return value + 360.0 >= 0.0 ? value + 360.0 : value;
+        if (std::isgreaterequal(value, 360.0)) return value - 360.0 <= 360.0 ? value - 360.0 : value;
     } else if (isSignedAngle(unitClass)) {
-        if (value < -180.0) return value + 360.0 >= -180.0 ? value + 360.0 : value;
-        if (value > 180.0) return value - 360.0 <= 180.0 ? value - 360.0 : value;
+        if (std::isless(value, -180.0)) return value + 360.0 >= -180.0 ? value + 360.0 : value;
+        if (std::isgreater(value, 180.0)) return value - 360.0 <= 180.0 ? value - 360.0 : value;
     }
     return value;
 }
 
 double checkRange(const ChannelDef& row, double value) noexcept {
     if (row.minValue == row.maxValue) return value;
-    return value < row.minValue || value > row.maxValue ? NO_VALUE : value;
+    return std::isless(value, row.minValue) || std::isgreater(value, row.maxValue) ? NO_VALUE : value;
 }
 
 /// Puts a record of a channel of this storage kind and its stamp into their slot. False when the boat does
@@ -113,8 +119,14 @@ class DerivedValues {
         putWithKindZero(derived.target, static_cast<std::uint64_t>(now) - static_cast<std::uint64_t>(time));
     }
 
-    /// The value to store for `value`, and what else follows from it.
+    /// The value to store for `value`, and what else follows from it. A correction may have made any number of it.
     [[gnu::noinline]] double fromNumber(const DerivedChannel& derived, double value) noexcept {
+        if (isModerate(value)) return whatFollows(derived, value);
+        return withExceptionsHeld([&]() noexcept { return whatFollows(derived, value); });
+    }
+
+  private:
+    double whatFollows(const DerivedChannel& derived, double value) noexcept {
         if (derived.flag != kAlways && SystemValues(&area_).flag(derived.flag) == 0) return value;
         switch (derived.derivation) {
         case Derivation::ToeFromPort:
@@ -134,7 +146,6 @@ class DerivedValues {
         return value;
     }
 
-  private:
     /// KEPT: kind byte 0, so a plain read as a double gives the payload's first byte.
     void putWithKindZero(ChannelIndex channel, std::uint64_t payload) noexcept {
         putDerived(area_, channel, Record{static_cast<std::uint64_t>(StorageKind::Byte), payload}, boat_, stamp_);

@@ -57,19 +57,34 @@ bool beforeGun(const SharedArea& area) noexcept {
     return countdown >= 0 && countdown != kNoTime;
 }
 
+// Angles and margin are of any size: they are compared so that a quiet NaN raises nothing, and taken together so that
+// infinities and the largest numbers don't either (core/held_exceptions.hpp).
+
+/// True for margin + target > angle, with an angle before the beam, where more than that of either decides already.
+bool isWithin(double angle, double target, double margin) noexcept {
+    const auto upToAbeam = [](double value) noexcept { return std::isgreater(value, kAbeam) ? kAbeam : value; };
+    return std::isgreater(upToAbeam(margin) + upToAbeam(target), angle);
+}
+
+/// True for angle > target - margin; never for an infinite target.
+bool isBeyond(double angle, double target, double margin) noexcept {
+    return !std::isinf(target) && std::isgreater(angle, target - margin);
+}
+
 ChannelIndex chooseByWind(const SharedArea& area, const Row& row, double windAngle) noexcept {
     const double angle = std::fabs(windAngle);
     if (const std::optional<double> targetAngle = ownNumber(area, ZAN_TARG_TWA)) {
         const double target = std::fabs(*targetAngle);
         const double margin = std::fabs(systemVariable(&area, system_variable::kTargetMargin));
-        if (angle < kAbeam && given(row[kUpwind]) && margin + target > angle) return row[kUpwind];
-        if (angle > kAbeam && given(row[kDownwind]) && angle > target - margin) return row[kDownwind];
+        if (std::isless(angle, kAbeam) && given(row[kUpwind]) && isWithin(angle, target, margin)) return row[kUpwind];
+        if (std::isgreater(angle, kAbeam) && given(row[kDownwind]) && isBeyond(angle, target, margin))
+            return row[kDownwind];
         if (given(row[kReaching])) return row[kReaching];
     }
-    const ChannelIndex byTack = row[windAngle < 0.0 ? kPort : kStarboard];
+    const ChannelIndex byTack = row[std::isless(windAngle, 0.0) ? kPort : kStarboard];
     if (given(byTack)) return byTack;
-    if (angle < kAbeam) return row[kUpwind];
-    return angle >= kAbeam ? row[kDownwind] : kNone16;
+    if (std::isless(angle, kAbeam)) return row[kUpwind];
+    return std::isgreaterequal(angle, kAbeam) ? row[kDownwind] : kNone16;
 }
 
 /// The cell of the first rule that fires; 32767 for an empty row.

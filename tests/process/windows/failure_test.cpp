@@ -5,6 +5,7 @@
 #include "tests/process/windows/process_fixture.hpp"
 #include "tests/process/windows/screenshot.hpp"
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -292,23 +293,90 @@ TEST_P(SectionFailure, AfterTheObstacleIsGoneTheNextClientMakesTheSection) {
     EXPECT_EQ(next.ask("get 1 0"), "1 6.5 1");
 }
 
+/// A thread that loads a library of the system when it is told to, and what is known of it.
+class LoadingThread {
+  public:
+    LoadingThread() : thread_(::CreateThread(nullptr, 0, run, this, 0, nullptr)) {}
+    ~LoadingThread() {
+        ::WaitForSingleObject(thread_, INFINITE);
+        ::CloseHandle(thread_);
+        ::FreeLibrary(loaded_);
+    }
+    LoadingThread(const LoadingThread&) = delete;
+    LoadingThread& operator=(const LoadingThread&) = delete;
+
+    void mayLoad() { mayLoad_ = true; }
+    [[nodiscard]] bool runs() const { return runs_; }
+    [[nodiscard]] bool isBack() const { return isBack_; }
+    /// Comes back when the thread is back, or has begun to load and then stood at one place for a while.
+    void waitUntilItStands() const {
+        while (!loads_) ::Sleep(1);
+        standStill();
+    }
+    /// Comes back when the thread is back or has stood at one place for a while.
+    void standStill() const {
+        DWORD64 place = 0;
+        for (int same = 0; same < 20 && !isBack_; ::Sleep(5)) {
+            const DWORD64 now = placeOf(thread_);
+            same = now == place ? same + 1 : 0;
+            place = now;
+        }
+    }
+    bool end() {
+        ::WaitForSingleObject(thread_, INFINITE);
+        return loaded_ != nullptr;
+    }
+
+  private:
+    static DWORD WINAPI run(void* owner) {
+        auto& self = *static_cast<LoadingThread*>(owner);
+        self.runs_ = true;
+        while (!self.mayLoad_) ::Sleep(1);
+        self.loads_ = true; // nothing but the call comes after this
+        self.loaded_ = ::LoadLibraryW(L"winmm.dll");
+        self.isBack_ = true;
+        return 0;
+    }
+    static DWORD64 placeOf(HANDLE thread) {
+        CONTEXT context{};
+        context.ContextFlags = CONTEXT_CONTROL;
+        ::SuspendThread(thread);
+        ::GetThreadContext(thread, &context);
+        ::ResumeThread(thread);
+        return context.Rip;
+    }
+
+    std::atomic<bool> runs_ = false;
+    std::atomic<bool> mayLoad_ = false;
+    std::atomic<bool> loads_ = false;
+    std::atomic<bool> isBack_ = false;
+    HMODULE loaded_ = nullptr;
+    HANDLE thread_;
+};
+
 TEST_P(SectionFailure, ThreadsThatLoadOrStartWhileTheBoxStandsGoOnAfterIt) {
     const fs::path before = fs::current_path();
     fs::current_path(folder_); // where the root of the drive is the one looked at
     // What the screen needs is loaded now: while the box stands nothing can be.
     EXPECT_EQ(findBox(::GetCurrentProcessId()), nullptr);
+    LoadingThread earlier;
+    while (!earlier.runs()) ::Sleep(1);
     HMODULE library = nullptr;
-    HMODULE other = nullptr;
     std::thread loading([&] { library = ::LoadLibraryW(ClientProcess::library().c_str()); });
     const HWND box = waitForBox(::GetCurrentProcessId());
-    std::thread waiting([&] { other = ::LoadLibraryW(L"winmm.dll"); });
+    earlier.mayLoad();
+    earlier.waitUntilItStands();
+    LoadingThread later; // its start is told to every library, as a load is
+    later.mayLoad();
+    later.standStill();
+    EXPECT_FALSE(earlier.isBack());
+    EXPECT_FALSE(later.runs());
     pressButton(box);
     loading.join();
-    waiting.join();
+    EXPECT_TRUE(earlier.end());
+    EXPECT_TRUE(later.end());
     EXPECT_NE(library, nullptr);
-    EXPECT_NE(other, nullptr);
     ::FreeLibrary(library);
-    ::FreeLibrary(other);
     fs::current_path(before);
 }
 

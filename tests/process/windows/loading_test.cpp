@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <thread>
 #include <vector>
 
@@ -27,29 +28,40 @@ constexpr int kLoads = 100;
 /// The library loaded into this process.
 class LoadedLibrary {
   public:
-    LoadedLibrary() : module_(::LoadLibraryW(ClientProcess::library().c_str())) {}
+    explicit LoadedLibrary(const std::filesystem::path& file = ClientProcess::library())
+        : module_(::LoadLibraryW(file.c_str())) {
+        if (module_ == nullptr) return;
+        set_ = find<decltype(&::SetZanVar)>("SetZanVar");
+        get_ = find<decltype(&::GetZanVar)>("GetZanVar");
+    }
     ~LoadedLibrary() {
         if (module_ != nullptr) ::FreeLibrary(module_);
     }
     LoadedLibrary(const LoadedLibrary&) = delete;
     LoadedLibrary& operator=(const LoadedLibrary&) = delete;
 
-    /// True when what is written is read.
+    /// True when what is written is read. Allocates nothing.
     [[nodiscard]] bool works() const {
-        const auto set = find<decltype(&::SetZanVar)>("SetZanVar");
-        const auto get = find<decltype(&::GetZanVar)>("GetZanVar");
         double value = 0;
         std::uint16_t source = 0;
-        return set != nullptr && get != nullptr && set(ZAN_BSP, 6.5, 0) != 0 && get(ZAN_BSP, &value, 0, &source) != 0 &&
-               value == 6.5;
+        return set_ != nullptr && get_ != nullptr && set_(ZAN_BSP, 6.5, 0) != 0 &&
+               get_(ZAN_BSP, &value, 0, &source) != 0 && value == 6.5;
+    }
+    /// True for an address in the library's code or data.
+    [[nodiscard]] bool contains(DWORD64 address) const {
+        MODULEINFO module{};
+        ::GetModuleInformation(::GetCurrentProcess(), module_, &module, sizeof module);
+        const auto first = reinterpret_cast<DWORD64>(module.lpBaseOfDll);
+        return address >= first && address < first + module.SizeOfImage;
     }
 
   private:
     template <class Function> [[nodiscard]] Function find(const char* name) const {
-        if (module_ == nullptr) return nullptr;
         return reinterpret_cast<Function>(reinterpret_cast<void*>(::GetProcAddress(module_, name)));
     }
     HMODULE module_;
+    decltype(&::SetZanVar) set_ = nullptr;
+    decltype(&::GetZanVar) get_ = nullptr;
 };
 
 bool libraryIsThere() {
@@ -196,53 +208,58 @@ TEST_F(Loading, MakesNoThread) {
     EXPECT_EQ(threadCount(), before);
 }
 
-/// Threads that hold a file of the data folder and the key of the settings, and wait for nothing but to
-/// be let go.
-class HoldingThreads {
+/// Threads that stand still in the midst of the library's own code.
+class StandingThreads {
   public:
-    explicit HoldingThreads(const std::filesystem::path& file) : file_(file) {
-        for (int i = 0; i < 4; ++i) threads_.push_back(::CreateThread(nullptr, 0, hold, this, 0, nullptr));
-        for ([[maybe_unused]] const HANDLE thread : threads_) ::WaitForSingleObject(holding_, INFINITE);
-        for (const HANDLE thread : threads_) ::SuspendThread(thread);
+    explicit StandingThreads(const LoadedLibrary& library) : library_(library) {
+        for (int i = 0; i < 4; ++i) threads_.push_back(::CreateThread(nullptr, 0, callOn, this, 0, nullptr));
+        for (const HANDLE thread : threads_) stopInside(thread);
     }
-    ~HoldingThreads() {
-        for (const HANDLE thread : threads_) ::ResumeThread(thread);
-        ::SetEvent(mayEnd_);
+    ~StandingThreads() {
+        mayEnd_ = true;
         for (const HANDLE thread : threads_) {
+            ::ResumeThread(thread);
             ::WaitForSingleObject(thread, INFINITE);
             ::CloseHandle(thread);
         }
-        ::CloseHandle(holding_);
-        ::CloseHandle(mayEnd_);
     }
-    HoldingThreads(const HoldingThreads&) = delete;
-    HoldingThreads& operator=(const HoldingThreads&) = delete;
+    StandingThreads(const StandingThreads&) = delete;
+    StandingThreads& operator=(const StandingThreads&) = delete;
 
   private:
-    static DWORD WINAPI hold(void* owner) {
-        const auto& self = *static_cast<HoldingThreads*>(owner);
-        HKEY key = nullptr;
-        ::RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\Tallowmere\\core", 0, KEY_READ | KEY_WRITE, &key);
-        const HANDLE file =
-            ::CreateFileW(self.file_.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-        ::ReleaseSemaphore(self.holding_, 1, nullptr);
-        ::WaitForSingleObject(self.mayEnd_, INFINITE);
-        ::CloseHandle(file);
-        ::RegCloseKey(key);
+    // Calls that allocate nothing: who stands with the process's heap in his hands holds everybody up.
+    static DWORD WINAPI callOn(void* owner) {
+        const auto& self = *static_cast<StandingThreads*>(owner);
+        while (!self.mayEnd_) (void)self.library_.works();
         return 0;
     }
+    void stopInside(HANDLE thread) const {
+        CONTEXT context{};
+        context.ContextFlags = CONTEXT_CONTROL;
+        for (;;) {
+            ::SuspendThread(thread);
+            if (::GetThreadContext(thread, &context) && library_.contains(context.Rip)) return;
+            ::ResumeThread(thread);
+            ::SwitchToThread();
+        }
+    }
 
-    std::filesystem::path file_;
-    HANDLE holding_ = ::CreateSemaphoreW(nullptr, 0, 4, nullptr);
-    HANDLE mayEnd_ = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    const LoadedLibrary& library_;
+    std::atomic<bool> mayEnd_ = false;
     std::vector<HANDLE> threads_;
 };
 
-TEST_F(Loading, WaitsForNoOtherThread) {
-    const HoldingThreads standing(folder_ / "config" / "boats.xml"); // who waited for one of them would not end
+TEST_F(Loading, NeitherItNorACallWaitsForThreadsThatStandInsideTheLibrary) {
+    // Another file is another library to the system, which does all that a first loading does.
+    const std::filesystem::path second = folder_ / "second.dll";
+    std::filesystem::copy_file(ClientProcess::library(), second);
     {
         const LoadedLibrary library;
-        EXPECT_TRUE(library.works());
+        ASSERT_TRUE(library.works());
+        const StandingThreads standing(library); // who waited for one of them would not end
+        std::thread([&] { EXPECT_TRUE(library.works()); }).join();
+        EXPECT_TRUE(LoadedLibrary(second).works());
+        EXPECT_EQ(::GetModuleHandleW(second.c_str()), nullptr);
     }
     EXPECT_FALSE(libraryIsThere());
 }

@@ -124,7 +124,7 @@ class CsvReader final : public RecordingReader {
             if (line_.empty()) continue;
             if (lines_.tooLong()) return damaged("it is too long");
             if (!cut(line_, fields_)) return damaged("it has not the eight fields of the first line");
-            if (fields_[csv::kKind] == csv::kEnd) continue;
+            if (fields_[csv::kKind] == csv::kEnd) return sessionEnd();
             return fields_[csv::kKind] == csv::kStart ? session() : value();
         }
         return std::nullopt;
@@ -139,6 +139,12 @@ class CsvReader final : public RecordingReader {
         const auto started = parseMoment(fields_[csv::kTime]);
         if (!started) return damaged("its time is none");
         return Session{*started, fields_[csv::kName]};
+    }
+
+    [[nodiscard]] Item sessionEnd() const {
+        const auto ended = parseMoment(fields_[csv::kTime]);
+        if (!ended) return damaged("its time is none");
+        return SessionEnd{*ended};
     }
 
     [[nodiscard]] Item value() {

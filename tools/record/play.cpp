@@ -99,7 +99,7 @@ class Player {
             endProgress();
             return damage_.add(file, *damage);
         }
-        takeValue(std::get<Value>(item));
+        if (const auto* const value = std::get_if<Value>(&item)) takeValue(*value);
     }
 
     /// A session's values begin anew, at once: what lies between two sessions was not recorded.

@@ -95,8 +95,8 @@ class Plot {
             for (TimeSeries& each : series) each.interrupt();
         } else if (const auto* const damage = std::get_if<Damage>(&item)) {
             damage_.add(options_.file, *damage);
-        } else {
-            takeValue(series, std::get<Value>(item));
+        } else if (const auto* const value = std::get_if<Value>(&item)) {
+            takeValue(series, *value);
         }
     }
 

@@ -19,6 +19,11 @@ struct Session {
     std::string program;      // what recorded it, with its version
 };
 
+/// That the session which began last was not cut short.
+struct SessionEnd {
+    std::int64_t time = 0; // 100 ns since 1601-01-01 UTC
+};
+
 /// A channel as it was described while it was recorded.
 struct ChannelInfo {
     ChannelIndex number = 0;

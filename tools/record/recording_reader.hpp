@@ -15,7 +15,7 @@
 
 namespace tallowmere::recording {
 
-using Item = std::variant<Session, Value, Damage>;
+using Item = std::variant<Session, Value, SessionEnd, Damage>;
 
 class RecordingReader {
   public:
@@ -23,8 +23,8 @@ class RecordingReader {
     RecordingReader(const RecordingReader&) = delete;
     RecordingReader& operator=(const RecordingReader&) = delete;
 
-    /// The next in the order of recording; a session before its first value. Empty at the end and where reading
-    /// fails.
+    /// The next in the order of recording; a session before its first value, its end after the last where the
+    /// recording tells it. Empty at the end and where reading fails.
     [[nodiscard]] virtual std::optional<Item> next() = 0;
     /// Why reading ended before the end; else empty.
     [[nodiscard]] virtual std::string error() const = 0;

@@ -3,6 +3,7 @@
 #include "tools/record/recording_reader.hpp"
 
 #include <bit>
+#include <deque>
 #include <limits>
 
 namespace tallowmere::recording {
@@ -51,19 +52,11 @@ class SqliteReader final : public RecordingReader {
     }
 
     std::optional<Item> next() override {
-        if (held_) {
-            Item item = *held_;
-            held_.reset();
-            return item;
-        }
-        if (!rows_.step()) {
-            if (rows_.result() != SQLITE_DONE && !stop_) error_ = database_.error();
-            return std::nullopt;
-        }
-        Item item = row();
-        if (!std::holds_alternative<Value>(item) || rows_.integer(1) == session_) return item;
-        held_ = std::move(item);
-        return startOf(rows_.integer(1), std::get<Value>(*held_).time);
+        if (held_.empty() && !done_) read();
+        if (held_.empty()) return std::nullopt;
+        Item item = std::move(held_.front());
+        held_.pop_front();
+        return item;
     }
 
     [[nodiscard]] std::string error() const override { return error_; }
@@ -71,15 +64,45 @@ class SqliteReader final : public RecordingReader {
   private:
     static int isStopped(void* reader) { return static_cast<SqliteReader*>(reader)->stop_ ? 1 : 0; }
 
+    /// Holds the next row, with what has to come before it; nothing at the end.
+    void read() {
+        done_ = !rows_.step(); // a step after the last one would begin again
+        if (done_) {
+            const bool whole = rows_.result() == SQLITE_DONE;
+            if (!whole && !stop_) error_ = database_.error();
+            if (whole) holdEnd();
+            return;
+        }
+        Item item = row();
+        if (std::holds_alternative<Value>(item) && rows_.integer(1) != session_) {
+            holdEnd();
+            session_ = rows_.integer(1);
+            const auto found = sessions_.find(*session_);
+            held_.push_back(found != sessions_.end() ? found->second.session : Session{std::get<Value>(item).time, {}});
+        }
+        held_.push_back(std::move(item));
+    }
+
+    void holdEnd() {
+        if (!session_) return;
+        const auto found = sessions_.find(*session_);
+        if (found != sessions_.end() && found->second.end) held_.push_back(*found->second.end);
+        session_.reset();
+    }
+
     std::optional<std::int64_t> number(const char* sql) const {
         Statement statement(database_, sql);
         return statement.step() ? std::optional(statement.integer(0)) : std::nullopt;
     }
 
     bool readSessions() {
-        Statement rows(database_, "SELECT id, started, program FROM recording");
-        while (rows.step())
-            if (isMoment(rows.integer(1))) sessions_[rows.integer(0)] = {rows.integer(1), rows.text(2)};
+        Statement rows(database_, "SELECT id, started, program, ended FROM recording");
+        while (rows.step()) {
+            if (!isMoment(rows.integer(1))) continue;
+            Listed& listed = sessions_[rows.integer(0)];
+            listed.session = {rows.integer(1), rows.text(2)};
+            if (isMoment(rows.integer(3))) listed.end = SessionEnd{rows.integer(3)};
+        }
         return rows.result() == SQLITE_DONE;
     }
 
@@ -99,12 +122,6 @@ class SqliteReader final : public RecordingReader {
                                   static_cast<std::uint16_t>(rows.integer(5))};
         }
         return rows.result() == SQLITE_DONE;
-    }
-
-    Item startOf(std::int64_t session, std::int64_t firstTime) {
-        session_ = session;
-        const auto found = sessions_.find(session);
-        return found != sessions_.end() ? found->second : Session{firstTime, {}};
     }
 
     [[nodiscard]] Item damaged(const char* why) const {
@@ -129,12 +146,18 @@ class SqliteReader final : public RecordingReader {
         return value;
     }
 
+    struct Listed {
+        Session session;
+        std::optional<SessionEnd> end; // empty: cut short, or still recorded
+    };
+
     Database database_;
     const std::atomic<bool>& stop_;
     Statement rows_;
-    std::map<std::int64_t, Session> sessions_;
-    std::optional<std::int64_t> session_;
-    std::optional<Item> held_; // the value that comes after the session's start
+    std::map<std::int64_t, Listed> sessions_;
+    std::optional<std::int64_t> session_; // of the last value
+    std::deque<Item> held_;               // to be given out next
+    bool done_ = false;
     std::string error_;
 };
 

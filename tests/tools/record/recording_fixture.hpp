@@ -48,6 +48,7 @@ class RecordingTest : public CommandTest {
     struct Content {
         std::vector<recording::Session> sessions;
         std::vector<recording::Value> values;
+        std::vector<recording::SessionEnd> ends;
         std::vector<recording::Damage> damages;
         std::string error;
     };
@@ -63,6 +64,8 @@ class RecordingTest : public CommandTest {
                 content.sessions.push_back(*session);
             else if (const auto* const value = std::get_if<recording::Value>(&*item))
                 content.values.push_back(*value);
+            else if (const auto* const end = std::get_if<recording::SessionEnd>(&*item))
+                content.ends.push_back(*end);
             else
                 content.damages.push_back(std::get<recording::Damage>(*item));
         }

@@ -18,6 +18,14 @@ class RecordingReader : public RecordingTest {
         store(ZAN_BSP, 6.4);
         EXPECT_EQ(run({"record", "-o", path("a.sqlite"), "--seconds", "0.1"}).code, 0);
     }
+    /// What the reader gives out, in its order: sessions, values, ends, damages by their first letter.
+    std::vector<char> kindsIn(const std::string& name) {
+        bringFile(name);
+        std::vector<char> kinds;
+        const auto opened = recording::openRecording(platform, path(name), stop);
+        while (const auto item = opened.reader->next()) kinds.push_back("sved"[item->index()]);
+        return kinds;
+    }
     void alter(const std::string& sql) {
         sqlite3* base = nullptr;
         ASSERT_EQ(sqlite3_open(path("a.sqlite").c_str(), &base), SQLITE_OK);
@@ -45,6 +53,27 @@ TEST_F(RecordingReader, RowsThatMakeNoSenseAreDamageAndTheOthersCount) {
     EXPECT_EQ(content.damages[0].where, "row 2 of the values");
     EXPECT_THAT(content.values, SizeIs(3));
     EXPECT_THAT(content.sessions, SizeIs(2)) << "one that nobody has begun";
+}
+
+TEST_F(RecordingReader, TheEndOfASessionComesAfterItsLastValueInBothFormats) {
+    EXPECT_EQ(run({"record", "-o", path("a.sqlite"), "--seconds", "0.1"}).code, 0);
+    EXPECT_EQ(run({"record", "-o", path("a.csv"), "--seconds", "0.1"}).code, 0);
+    const std::vector<char> two{'s', 'v', 'e', 's', 'v', 'e'};
+    EXPECT_EQ(kindsIn("a.sqlite"), two);
+    EXPECT_EQ(kindsIn("a.csv"), std::vector<char>(two.begin(), two.begin() + 3));
+    EXPECT_EQ(contentOf("a.csv").ends.at(0).time, machine.now);
+}
+
+TEST_F(RecordingReader, ASessionThatWasCutShortHasNoEnd) {
+    for (const char* const ended : {"NULL", "0", "'soon'", "9223372036854775807"}) {
+        alter(std::string("UPDATE recording SET ended = ") + ended);
+        EXPECT_EQ(kindsIn("a.sqlite"), (std::vector<char>{'s', 'v'})) << ended;
+    }
+    writeFile("a.csv", "time,boat,channel,name,unit,class,kind,value\n2025-11-21T12:00:00Z,,,test,,,start,\n"
+                       "later,,,,,,end,\n");
+    const Content content = contentOf("a.csv");
+    EXPECT_THAT(content.ends, IsEmpty());
+    EXPECT_THAT(content.damages, SizeIs(1));
 }
 
 TEST_F(RecordingReader, OtherDatabasesAreNoRecordings) {

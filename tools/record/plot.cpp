@@ -90,14 +90,24 @@ class Plot {
 
     void take(std::vector<TimeSeries>& series, const Item& item) {
         if (const auto* const session = std::get_if<Session>(&item)) {
-            if (!started_) started_ = session->started;
+            finish(series);
+            begin(series, session->started);
             replay_ = session->program.ends_with(printable(kReplaySign));
-            for (TimeSeries& each : series) each.interrupt();
+        } else if (const auto* const end = std::get_if<SessionEnd>(&item)) {
+            seen_ = std::max(seen_, end->time);
         } else if (const auto* const damage = std::get_if<Damage>(&item)) {
             damage_.add(options_.file, *damage);
         } else if (const auto* const value = std::get_if<Value>(&item)) {
             takeValue(series, *value);
         }
+    }
+
+    /// Nothing more comes, or nothing more of this session.
+    void finish(std::vector<TimeSeries>& series) {
+        if (!started_) return;
+        const std::int64_t until = to_ ? std::min(seen_, to_->in(*started_)) : seen_;
+        for (TimeSeries& each : series) each.end(until);
+        hasReplay_ = hasReplay_ || (replay_ && linesOf(series) > linesBefore_);
     }
 
     /// The whole of what was found, or the part that was asked for. Empty when nothing was found.
@@ -122,16 +132,29 @@ class Plot {
     [[nodiscard]] bool hasReplay() const noexcept { return hasReplay_; }
 
   private:
+    void begin(std::vector<TimeSeries>& series, std::int64_t session) {
+        if (!started_) started_ = session;
+        seen_ = session;
+        linesBefore_ = linesOf(series);
+        for (TimeSeries& each : series) each.begin(std::max(session, from_.in(*started_)));
+    }
+
     void takeValue(std::vector<TimeSeries>& series, const Value& value) {
-        if (!started_) started_ = value.time;
+        if (!started_) begin(series, value.time);
+        seen_ = std::max(seen_, value.time);
         // Without a place to begin what is older than the recording counts too, when it was still fresh then.
         const std::int64_t from = from_.in(*started_) - (options_.from.empty() ? kFresh : 0);
-        if (value.boat != options_.boat || value.time < from || (to_ && value.time > to_->in(*started_))) return;
+        if (value.boat != options_.boat || (to_ && value.time > to_->in(*started_))) return;
         for (TimeSeries& each : series) {
-            if (each.channel.number != value.channel) continue;
+            if (each.channel.number != value.channel || (value.time < from && !each.isStepped())) continue;
             each.add(value);
-            hasReplay_ = hasReplay_ || replay_;
         }
+    }
+
+    static std::size_t linesOf(const std::vector<TimeSeries>& series) noexcept {
+        std::size_t count = 0;
+        for (const TimeSeries& each : series) count += each.lines.size();
+        return count;
     }
 
     static constexpr std::int64_t kFresh = 10'000'000; // a second
@@ -141,7 +164,9 @@ class Plot {
     std::optional<Place> to_;
     DamageNotes damage_;
     std::optional<std::int64_t> started_;
-    bool replay_ = false; // the session that is being read
+    bool replay_ = false;         // the session that is being read
+    std::int64_t seen_ = 0;       // until when it goes, as far as is known
+    std::size_t linesBefore_ = 0; // there were when it began
     bool hasReplay_ = false;
 };
 
@@ -208,6 +233,7 @@ int runPlot(const tools::CommandContext& context, const PlotOptions& options) {
         any = true;
         plot.take(*series, *item);
     }
+    plot.finish(*series);
     const std::string error = opened.reader->error();
     if (!error.empty()) complain(context, file + ": " + error + (any ? "; the rest of it is missing" : ""));
     if (!error.empty() && !any) return tools::exit_code::kNotFound;

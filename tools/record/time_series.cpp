@@ -102,21 +102,79 @@ tools::Range withAir(tools::Range range) {
 
 } // namespace
 
+bool TimeSeries::isStepped() const noexcept {
+    return channel.timeoutSeconds == 0 || channel.unitClass == UnitClass::IntegerCode;
+}
+
 void TimeSeries::add(const Value& value) {
-    if (!value.payload) return interrupt();
+    if (isStepped() && value.time < begin_) {
+        before_ = value;
+        return;
+    }
+    settle();
+    take(value);
+}
+
+void TimeSeries::end(std::int64_t time) {
+    if (time >= begin_) settle();
+    before_.reset();
+    reach(time);
+    interrupted_ = true;
+}
+
+std::int64_t TimeSeries::freshUntil(std::int64_t time) const noexcept {
+    return channel.timeoutSeconds == 0 ? std::numeric_limits<std::int64_t>::max()
+                                       : time + channel.timeoutSeconds * kTicksPerSecond;
+}
+
+/// What stands where the series begins.
+void TimeSeries::settle() {
+    if (!before_) return;
+    Value value = *std::exchange(before_, std::nullopt);
+    const std::int64_t until = freshUntil(value.time);
+    if (until < begin_) return;
+    value.time = begin_;
+    take(value);
+    freshUntil_ = std::min(freshUntil_, until);
+}
+
+void TimeSeries::take(const Value& value) {
+    reach(value.time);
+    if (!value.payload) {
+        interrupted_ = true;
+        return;
+    }
     const double number = numberOf(value);
     if (!(std::fabs(number) <= kLargest)) { // not a number, too
         ++left;
-        return interrupt();
+        interrupted_ = true;
+        return;
     }
-    const std::int64_t longest = channel.timeoutSeconds * kTicksPerSecond;
-    if (!lines.empty()) {
-        const std::int64_t passed = value.time - lines.back().back().time;
-        if (passed < 0) return;
-        if (longest > 0 && passed > longest) interrupt();
+    if (!lines.empty() && value.time < lines.back().back().time) return;
+    put({value.time, number});
+    freshUntil_ = freshUntil(value.time);
+}
+
+/// The line goes on to this moment, or ends where its value got stale.
+void TimeSeries::reach(std::int64_t time) {
+    if (interrupted_) return;
+    if (isStepped()) {
+        const TimePoint last = lines.back().back();
+        const TimePoint held{std::min(time, freshUntil_), last.value};
+        if (held.time > last.time) put(held);
     }
+    interrupted_ = time > freshUntil_;
+}
+
+void TimeSeries::put(TimePoint point) {
     if (std::exchange(interrupted_, false)) lines.emplace_back();
-    lines.back().push_back({value.time, number});
+    std::vector<TimePoint>& line = lines.back();
+    // Of a value that stands, only where it begins and ends.
+    const std::size_t count = line.size();
+    if (isStepped() && count > 1 && line[count - 2].value == point.value && line[count - 1].value == point.value)
+        line.back() = point;
+    else
+        line.push_back(point);
 }
 
 bool isDrawable(const ChannelInfo& channel) noexcept {

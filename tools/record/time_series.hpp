@@ -4,6 +4,8 @@
 #include "tools/chart/ticks.hpp"
 #include "tools/record/recording.hpp"
 
+#include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,18 +16,34 @@ struct TimePoint {
     double value;      // in the channel's unit; spans of time in seconds
 };
 
-/// Lines are interrupted where there was no value, and where none came for longer than the channel's time-out.
+/// Lines are interrupted where there was no value, and where none came for longer than the channel's time-out. They go
+/// straight from value to value, but in steps where values stand until the next one comes.
 struct TimeSeries {
     ChannelInfo channel;
     std::vector<std::vector<TimePoint>> lines; // none is empty; times rise within each
     std::size_t left = 0;                      // values too large to be drawn
 
+    /// True for channels without a time-out, which are written when they change, and for codes, between which there is
+    /// nothing: they are drawn in steps.
+    [[nodiscard]] bool isStepped() const noexcept;
+
+    /// From this moment on is drawn: what stands then in steps, however old it is, begins there.
+    void begin(std::int64_t time) noexcept { begin_ = time; }
     /// Adds what was recorded, in the order of recording. A value older than the one before is left out.
     void add(const Value& value);
-    /// The next value begins a new line.
-    void interrupt() noexcept { interrupted_ = true; }
+    /// Until this moment was recorded, or is to be drawn; the next value begins a new line.
+    void end(std::int64_t time);
 
   private:
+    [[nodiscard]] std::int64_t freshUntil(std::int64_t time) const noexcept;
+    void settle();
+    void take(const Value& value);
+    void reach(std::int64_t time);
+    void put(TimePoint point);
+
+    std::int64_t begin_ = std::numeric_limits<std::int64_t>::min();
+    std::optional<Value> before_; // of steps: what came last of what is older than that
+    std::int64_t freshUntil_ = 0; // the value at the end of the last line
     bool interrupted_ = true;
 };
 

@@ -13,6 +13,7 @@ namespace {
 using recording::Drawing;
 using recording::TimeSeries;
 using recording::TimeTick;
+using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
@@ -31,6 +32,20 @@ class TimeSeriesTest : public ::testing::Test {
     }
     static void add(TimeSeries& series, double second, double value) {
         series.add({kDay + std::llround(second * 1e7), 1, 0, StorageKind::Double, Record::ofNumber(value).payload});
+    }
+    static void addNone(TimeSeries& series, double second) {
+        series.add({kDay + std::llround(second * 1e7), 1, 0, StorageKind::Double, std::nullopt});
+    }
+    /// Points of a line: seconds and values.
+    using Line = std::vector<std::pair<double, double>>;
+    static std::vector<Line> shapeOf(const TimeSeries& series) {
+        std::vector<Line> shape;
+        for (const auto& line : series.lines) {
+            shape.emplace_back();
+            for (const auto& point : line)
+                shape.back().emplace_back(static_cast<double>(point.time - kDay) / 1e7, point.value);
+        }
+        return shape;
     }
     /// No line may cross half of the picture in one step.
     static void expectNoStroke(const Drawing& drawing) {
@@ -71,6 +86,114 @@ TEST_F(TimeSeriesTest, OlderValueIsLeftOut) {
     TimeSeries series = seriesOf(UnitClass::BoatSpeed, {1, 2});
     add(series, 0.5, 3);
     EXPECT_THAT(series.lines[0], SizeIs(2));
+}
+
+TEST_F(TimeSeriesTest, ValuesWithoutATimeOutStandUntilTheNextComes) {
+    TimeSeries series = seriesOf(UnitClass::Latitude, {}, 0);
+    add(series, 0, 39.47);
+    add(series, 60, 39.48);
+    add(series, 66, 39.475);
+    series.end(kDay + 69 * kSecond);
+    EXPECT_THAT(shapeOf(series),
+                ElementsAre(Line{{0, 39.47}, {60, 39.47}, {60, 39.48}, {66, 39.48}, {66, 39.475}, {69, 39.475}}));
+}
+
+TEST_F(TimeSeriesTest, AValueStandsUntilItIsTakenAway) {
+    TimeSeries series = seriesOf(UnitClass::Latitude, {}, 0);
+    add(series, 0, 39.47);
+    addNone(series, 3);
+    add(series, 5, 39.48);
+    addNone(series, 6);
+    addNone(series, 7);
+    series.end(kDay + 9 * kSecond);
+    EXPECT_THAT(shapeOf(series), ElementsAre(Line{{0, 39.47}, {3, 39.47}}, Line{{5, 39.48}, {6, 39.48}}));
+}
+
+TEST_F(TimeSeriesTest, AValueThatIsWrittenAgainStandsOnInOneStep) {
+    TimeSeries series = seriesOf(UnitClass::Latitude, {39.47, 39.47, 39.47, 39.48, 39.48, 39.47}, 0);
+    EXPECT_THAT(shapeOf(series), ElementsAre(Line{{0, 39.47}, {3, 39.47}, {3, 39.48}, {5, 39.48}, {5, 39.47}}));
+}
+
+TEST_F(TimeSeriesTest, AValueStandsUntilOneComesThatCanNotBeDrawn) {
+    TimeSeries series = seriesOf(UnitClass::Latitude, {}, 0);
+    add(series, 0, 39.47);
+    add(series, 2, std::nan(""));
+    series.end(kDay + 9 * kSecond);
+    EXPECT_THAT(shapeOf(series), ElementsAre(Line{{0, 39.47}, {2, 39.47}}));
+}
+
+TEST_F(TimeSeriesTest, WhatStoodAtTheBeginningIsDrawnFromThereOn) {
+    TimeSeries series = seriesOf(UnitClass::Latitude, {}, 0);
+    series.begin(kDay + 100 * kSecond);
+    add(series, 0, 39.46);
+    add(series, 90, 39.47);
+    add(series, 103, 39.48);
+    series.end(kDay + 105 * kSecond);
+    EXPECT_THAT(shapeOf(series), ElementsAre(Line{{100, 39.47}, {103, 39.47}, {103, 39.48}, {105, 39.48}}));
+}
+
+TEST_F(TimeSeriesTest, WhatStoodAtTheBeginningAloneIsDrawnToTheEnd) {
+    TimeSeries series = seriesOf(UnitClass::Latitude, {}, 0);
+    series.begin(kDay + 100 * kSecond);
+    add(series, 90, 39.47);
+    series.end(kDay + 105 * kSecond);
+    EXPECT_THAT(shapeOf(series), ElementsAre(Line{{100, 39.47}, {105, 39.47}}));
+    TimeSeries gone = seriesOf(UnitClass::Latitude, {}, 0);
+    gone.begin(kDay + 100 * kSecond);
+    add(gone, 90, 39.47);
+    addNone(gone, 95);
+    gone.end(kDay + 105 * kSecond);
+    EXPECT_THAT(gone.lines, IsEmpty());
+    TimeSeries over = seriesOf(UnitClass::Latitude, {}, 0);
+    over.begin(kDay + 100 * kSecond);
+    add(over, 90, 39.47);
+    over.end(kDay + 95 * kSecond); // the recording ended before
+    EXPECT_THAT(over.lines, IsEmpty());
+}
+
+TEST_F(TimeSeriesTest, TheNextSessionBeginsANewStep) {
+    TimeSeries series = seriesOf(UnitClass::Latitude, {}, 0);
+    add(series, 0, 39.47);
+    series.end(kDay + 5 * kSecond);
+    series.begin(kDay + 10 * kSecond);
+    add(series, 0, 39.47);
+    series.end(kDay + 12 * kSecond);
+    EXPECT_THAT(shapeOf(series), ElementsAre(Line{{0, 39.47}, {5, 39.47}}, Line{{10, 39.47}, {12, 39.47}}));
+}
+
+TEST_F(TimeSeriesTest, CodesAreStepsThatEndAtTheTimeOut) {
+    TimeSeries series = seriesOf(UnitClass::IntegerCode, {}, 10);
+    add(series, 0, 3);
+    add(series, 8, 5);
+    add(series, 30, 4);
+    series.end(kDay + 32 * kSecond);
+    EXPECT_THAT(shapeOf(series), ElementsAre(Line{{0, 3}, {8, 3}, {8, 5}, {18, 5}}, Line{{30, 4}, {32, 4}}));
+    TimeSeries before = seriesOf(UnitClass::IntegerCode, {}, 10);
+    before.begin(kDay + 100 * kSecond);
+    add(before, 95, 3);
+    before.end(kDay + 120 * kSecond);
+    EXPECT_THAT(shapeOf(before), ElementsAre(Line{{100, 3}, {105, 3}})) << "stale then";
+    TimeSeries stale = seriesOf(UnitClass::IntegerCode, {}, 10);
+    stale.begin(kDay + 100 * kSecond);
+    add(stale, 85, 3);
+    stale.end(kDay + 120 * kSecond);
+    EXPECT_THAT(stale.lines, IsEmpty());
+}
+
+TEST_F(TimeSeriesTest, OtherValuesWithATimeOutGoStraightToTheNextAndNoFurther) {
+    TimeSeries series = seriesOf(UnitClass::BoatSpeed, {1, 3});
+    series.end(kDay + 5 * kSecond);
+    EXPECT_THAT(shapeOf(series), ElementsAre(Line{{0, 1}, {1, 3}}));
+}
+
+TEST_F(TimeSeriesTest, AStepOfALongitudeOverTheDateLineLeavesAtTheEdge) {
+    TimeSeries series = seriesOf(UnitClass::Longitude, {-170, -120, -70, -20, 30, 80, 130, 170}, 0);
+    add(series, 8, -170);
+    const Drawing drawing = draw(series);
+    expectNoStroke(drawing);
+    ASSERT_THAT(drawing.lines, SizeIs(2));
+    EXPECT_EQ(drawing.lines[0].back().time, kDay + 8 * kSecond);
+    EXPECT_EQ(drawing.lines[1].front().time, kDay + 8 * kSecond);
 }
 
 TEST_F(TimeSeriesTest, AnglesAboutNorthAreDrawnInOnePiece) {
@@ -185,6 +308,39 @@ TEST_F(Plot, DrawsAPanelForEachChannelWithItsUnit) {
 TEST_F(Plot, PartOfARecording) {
     EXPECT_THAT(plot({"BSP", "--from", "+10", "--to", "2025-11-21T12:00:20Z"}).out,
                 HasSubstr("12:00:10 to 2025-11-21 12:00:20 UTC"));
+}
+
+TEST_F(Plot, WhatStandsIsDrawnToTheEndOfTheRecording) {
+    const std::string start = "time,boat,channel,name,unit,class,kind,value\n2025-11-21T12:00:00Z,,,test,,,start,\n";
+    const std::string line = "2025-11-21T11:00:00Z,0,163,Port lat,deg,8,double,39.47\n"
+                             "2025-11-21T12:00:06Z,0,163,Port lat,deg,8,double,39.48\n";
+    const std::string speed = "2025-11-21T12:00:20Z,3,1,BSP,kt,12,double,6\n";
+    const std::string end = "2025-11-21T12:00:25Z,,,,,,end,\n";
+    const auto timesOf = [&](const std::string& rows, std::vector<std::string> more = {}) {
+        writeFile("b.csv", start + rows);
+        more.insert(more.begin(), {"plot", path("b.csv"), "Port lat"});
+        const std::string out = run(more).out;
+        const std::size_t from = out.find("own boat, 2025-11-21 12:") + 21;
+        return from > out.size() ? std::string("none") : out.substr(from, 8) + out.substr(from + 23, 8);
+    };
+    EXPECT_EQ(timesOf(line + speed + end), "12:00:0012:00:25");
+    EXPECT_EQ(timesOf(line + speed), "12:00:0012:00:20") << "cut short: until the last row of any channel and boat";
+    EXPECT_EQ(timesOf(line), "12:00:0012:00:06");
+    EXPECT_EQ(timesOf(line + end, {"--from", "+10", "--to", "+15"}), "12:00:1012:00:15");
+    EXPECT_EQ(timesOf(line + end, {"--from", "+26"}), "none") << "after the end nothing stands";
+    EXPECT_EQ(timesOf("2025-11-21T11:00:00Z,0,163,Port lat,deg,8,double,39.47\n" + end), "12:00:0012:00:25");
+}
+
+TEST_F(Plot, ARangeAfterAReplayIsNotCalledOne) {
+    const std::string value = ",0,163,Port lat,deg,8,double,39.47\n";
+    writeFile("b.csv", "time,boat,channel,name,unit,class,kind,value\n"
+                       "2025-11-21T12:00:00Z,,,test [REPLAY],,,start,\n2025-11-21T12:00:00Z" +
+                           value +
+                           "2025-11-21T12:00:10Z,,,,,,end,\n2025-11-21T12:00:10Z,,,test,,,start,\n"
+                           "2025-11-21T12:00:10Z" +
+                           value + "2025-11-21T12:00:20Z,,,,,,end,\n");
+    EXPECT_THAT(run({"plot", path("b.csv"), "163"}).out, HasSubstr("12:00:20 UTC, REPLAY<"));
+    EXPECT_THAT(run({"plot", path("b.csv"), "163", "--from", "+11"}).out, HasSubstr("12:00:20 UTC<"));
 }
 
 TEST_F(Plot, WritesAFile) {

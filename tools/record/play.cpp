@@ -2,6 +2,7 @@
 
 #include "core/ccore.hpp"
 #include "core/channels/replay_sign.hpp"
+#include "core/channels/section_name.hpp"
 #include "tools/commands/replay_mark.hpp"
 #include "tools/record/damage_notes.hpp"
 #include "tools/record/moment_text.hpp"
@@ -12,6 +13,7 @@
 
 #include <limits>
 #include <map>
+#include <memory>
 #include <utility>
 
 namespace tallowmere::recording {
@@ -214,6 +216,21 @@ bool mayPlay(const tools::CommandContext& context, const CCore& core, bool force
     return false;
 }
 
+using Turn = std::unique_ptr<platform::SharedSection>;
+
+/// There is one sign for all that is played, and it goes with the player that ends first: so one plays at a time. Its
+/// turn is a name in the system that is free again when its process has ended, however that was. Null, with the exit
+/// code, when it is another's.
+Turn takeTurn(const tools::CommandContext& context, int& exitCode) {
+    Turn turn = context.platform.openOrCreateSection(sectionName() + u"_player", 1);
+    if (turn && !turn->existed()) return turn;
+    exitCode = turn ? tools::exit_code::kNotFound : tools::exit_code::kSystem;
+    context.err << (turn ? "tallowmere play: another program is playing a recording, and the values of both would be "
+                           "mixed. End it first\n"
+                         : "tallowmere play: it can't be told whether another program is playing a recording\n");
+    return nullptr;
+}
+
 } // namespace
 
 int runPlay(const tools::CommandContext& context, const PlayOptions& options) {
@@ -226,6 +243,9 @@ int runPlay(const tools::CommandContext& context, const PlayOptions& options) {
         return tools::exit_code::kSystem;
     }
     if (!mayPlay(context, core, options.force)) return tools::exit_code::kNotFound;
+    int exitCode = tools::exit_code::kDone;
+    const Turn turn = takeTurn(context, exitCode);
+    if (!turn) return exitCode;
     if (endReplay(core.values()))
         context.err << "tallowmere play: a recording was played here (REPLAY); its values have been taken out\n";
     bool whole = true;

@@ -19,7 +19,7 @@ struct PlayOptions {
 };
 
 /// Ends when a host comes, unless forced. Exit codes: 0, 1 (a file can't be read to its end; a host is there or has
-/// come), 2 (no such place), 3 (no section).
+/// come; another program is playing), 2 (no such place), 3 (no section).
 int runPlay(const tools::CommandContext& context, const PlayOptions& options);
 
 } // namespace tallowmere::recording

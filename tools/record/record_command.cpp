@@ -31,7 +31,7 @@ constexpr char kPlayFooter[] =
     R"(A place in a recording is a moment in UTC such as 2025-11-21T12:34:56Z, or seconds after its start such as +90.
 Values are stored as they were recorded, with time stamps of now. While it plays, "status" and "watch" say REPLAY, and
 so does the own boat's name in every other program. At the end what was played is taken out again. Unless forced it
-ends when a host comes, such as "feed".)";
+ends when a host comes, such as "feed". While one recording is played another can't be.)";
 
 constexpr char kPlotFooter[] =
     R"(A place in a recording is a moment in UTC such as 2025-11-21T12:34:56Z, or seconds after its start such as +90.

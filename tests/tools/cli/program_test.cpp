@@ -1,16 +1,19 @@
 // The real program, in processes of its own, on the real platform. This process holds the section.
 #include "core/ccore.hpp"
+#include "core/channels/replay_sign.hpp"
 #include "settings/reg_ex.hpp"
 #include "tools/commands/reading.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <thread>
 #include <utility>
 
 namespace tallowmere::test {
@@ -36,7 +39,7 @@ struct ProgramRun {
 };
 
 std::string nextStem() {
-    static int number = 0;
+    static std::atomic<int> number = 0;
     return "program_test_" + std::to_string(++number);
 }
 
@@ -158,6 +161,39 @@ TEST(Program, ASimulatedRaceIsFedIntoTheSection) {
     EXPECT_EQ(fed.err.find('\x1b'), std::string::npos) << "a file is no terminal";
     EXPECT_NE(tools::readChannel(holder.area(), ZAN_BSP, 0, platform::hostPlatform().now()).value, "-");
     EXPECT_EQ(holder.area()->hostWindow, 0U) << "taken back";
+}
+
+TEST(Program, OnePlayerRefusesWhileAnotherPlays) {
+    CCore holder(false);
+    ASSERT_NE(holder.area(), nullptr);
+    const std::string start = "time,boat,channel,name,unit,class,kind,value\n";
+    std::ofstream("first.csv") << start << "2025-11-21T12:00:00Z,0,1,BSP,kt,12,double,6.4\n"
+                               << "2025-11-21T12:50:00Z,0,1,BSP,kt,12,double,6.5\n";
+    std::ofstream("second.csv") << start << "2025-11-21T12:00:00Z,0,2,AWA,deg,13,double,30\n";
+    const auto isPlaying = [&] {
+        return isReplay(holder.area()) && holder.values().fetch(ZAN_BSP, 0).record.number() == 6.4;
+    };
+    std::atomic<bool> ended = false;
+    ProgramRun first{};
+    std::thread player([&] {
+        first = run("play first.csv");
+        ended = true;
+    });
+    while (!ended && !isPlaying()) platform::hostPlatform().sleepMilliseconds(10);
+    const ProgramRun second = run("play second.csv --speed 0");
+    EXPECT_EQ(second.code, 1);
+    EXPECT_THAT(second.err, HasSubstr("another program is playing a recording"));
+    EXPECT_TRUE(isPlaying());
+    EXPECT_THAT(run("status").out, HasSubstr("REPLAY"));
+    writeOnce(holder.area()->hostWindow, 1); // a host, for which the player ends
+    player.join();
+    writeOnce(holder.area()->hostWindow, 0);
+    EXPECT_EQ(first.code, 1);
+    EXPECT_THAT(first.err, HasSubstr("gives way"));
+    EXPECT_FALSE(isReplay(holder.area()));
+    EXPECT_EQ(run("play second.csv --speed 0").code, 0);
+    std::filesystem::remove("first.csv");
+    std::filesystem::remove("second.csv");
 }
 
 /// The user's "Bsp" calibration, which adds one knot to every speed, and a recording of a boat at six knots.

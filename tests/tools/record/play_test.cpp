@@ -354,6 +354,39 @@ TEST_F(Play, BesideAHostOnlyWhenForced) {
     EXPECT_EQ(run({"play", path("a.csv"), "--force"}).code, 0);
 }
 
+TEST_F(Play, RefusesWhileAnotherOnePlaysAndLeavesItsValuesAlone) {
+    writeText(area().boats[0].name, u"Falcon");
+    writeFile("a.csv", kHeader + kStart + row("00", ZAN_BSP, "6.4") + row("04", ZAN_AWA, "30"));
+    writeFile("b.csv", kHeader + kStart + row("00", ZAN_BSP, "9.9"));
+    int sleeps = 0;
+    whileAsleep = [&] {
+        if (++sleeps != 10) return;
+        for (const std::string& force : {std::string("--loop"), std::string("--force")}) {
+            const CommandRun second = run({"play", path("b.csv"), force});
+            EXPECT_EQ(second.code, 1);
+            EXPECT_EQ(second.err, "tallowmere play: another program is playing a recording, and the values of both "
+                                  "would be mixed. End it first\n");
+            EXPECT_EQ(recordOf(ZAN_BSP).number(), 6.4);
+            EXPECT_EQ(readText(area().boats[0].name), u"[REPLAY] Falcon");
+        }
+    };
+    EXPECT_EQ(run({"play", path("a.csv")}).code, 0);
+    EXPECT_GT(sleeps, 80) << "the first played to its end";
+    whileAsleep = nullptr;
+    EXPECT_EQ(run({"play", path("b.csv")}).code, 0) << "its turn has come";
+}
+
+TEST_F(Play, WithoutKnowingWhetherAnotherOnePlaysNothingIsChanged) {
+    store(ZAN_BSP, 5.0);
+    writeText(area().boats[0].name, u"[REPLAY]");
+    writeFile("a.csv", kHeader + kStart + row("00", ZAN_BSP, "6.4"));
+    machine.failOnce(Step::CreateSection, 2); // the first is the shared data
+    const CommandRun result = run({"play", path("a.csv")});
+    EXPECT_EQ(result.code, 3);
+    EXPECT_THAT(result.err, HasSubstr("can't be told"));
+    EXPECT_EQ(recordOf(ZAN_BSP).number(), 5.0);
+}
+
 TEST_F(Play, DamagedRowsAreToldAndTheRestPlays) {
     writeFile("a.csv", kHeader + kStart + row("00", 0, "1") + row("00", 117, "1") + row("00", 414, "1") +
                            row("00", 1, "1", 100) + row("00", 1, "six") + row("00", 1, "6", 0, "colour") + "short\n" +

@@ -1,54 +1,22 @@
 // The real program, killed while it records. This process holds the section.
 #include "core/ccore.hpp"
+#include "tests/tools/record/posix/child.hpp"
 #include "tools/record/recording_reader.hpp"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <vector>
 
 namespace tallowmere::test {
 namespace {
 
 using ::testing::IsEmpty;
-
-class Child {
-  public:
-    explicit Child(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), TALLOWMERE_PROGRAM);
-        std::vector<char*> pointers;
-        for (std::string& each : arguments) pointers.push_back(each.data());
-        pointers.push_back(nullptr);
-        process_ = ::fork();
-        if (process_ != 0) return;
-        ::execv(pointers.front(), pointers.data());
-        ::_exit(127);
-    }
-    ~Child() { end(SIGKILL); }
-    Child(const Child&) = delete;
-    Child& operator=(const Child&) = delete;
-
-    /// The exit code, or 128 and the signal.
-    int end(int signal) {
-        if (process_ <= 0) return -1;
-        ::kill(process_, signal);
-        int status = 0;
-        ::waitpid(process_, &status, 0);
-        process_ = 0;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    }
-
-  private:
-    pid_t process_ = 0;
-};
 
 /// Empty, and of nobody else's: several builds may be tested at once.
 std::filesystem::path newFolder() {

@@ -1,6 +1,7 @@
 // The real program, killed while it records. This process holds the section.
 #include "core/ccore.hpp"
 #include "tests/tools/record/posix/child.hpp"
+#include "tests/tools/record/recording_fixture.hpp"
 #include "tools/record/recording_reader.hpp"
 
 #include <gmock/gmock.h>
@@ -106,6 +107,47 @@ TEST_P(KilledRecorder, AKilledDatabaseIsRecordedOn) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, KilledRecorder, ::testing::Values("a.sqlite", "a.csv"));
+
+/// A process whose clock goes on while the recorder sleeps and not otherwise, so that nothing hangs on how fast this
+/// machine is. The file and the kill are real.
+class RecorderWithAClockOfItsOwn : public RecordingTest {
+  protected:
+    /// Records one numbered value a look until the process kills itself after so long. When the last one was written.
+    std::int64_t recordUntilKilled(const std::string& file, std::int64_t after) {
+        const std::int64_t end = machine.now + after;
+        const pid_t process = ::fork();
+        if (process == 0) {
+            int number = 0;
+            store(ZAN_BSP, ++number);
+            whileAsleep = [&] {
+                store(ZAN_BSP, ++number);
+                if (machine.now >= end) ::kill(::getpid(), SIGKILL);
+            };
+            run({"record", "BSP", "-o", path(file)});
+            ::_exit(1);
+        }
+        int status = 0;
+        EXPECT_EQ(::waitpid(process, &status, 0), process);
+        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
+        return end;
+    }
+};
+
+TEST_F(RecorderWithAClockOfItsOwn, LosesASecondAtMostWheneverItIsKilled) {
+    constexpr std::int64_t look = kSecond / 50;
+    for (const std::string& format : {std::string(".sqlite"), std::string(".csv")})
+        for (std::int64_t after = kSecond; after < 2 * kSecond; after += 3 * look) {
+            const std::string file = std::to_string(after) + format;
+            const std::int64_t last = recordUntilKilled(file, after);
+            const Content content = contentOf(file);
+            ASSERT_FALSE(content.values.empty()) << file;
+            EXPECT_GE(content.values.back().time, last - kSecond) << file;
+            // Nothing is missing before it.
+            double number = 0;
+            for (const recording::Value& value : content.values)
+                EXPECT_EQ(value.record(StorageKind::Double).number(), ++number) << file;
+        }
+}
 
 } // namespace
 } // namespace tallowmere::test

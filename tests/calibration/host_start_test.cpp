@@ -3,6 +3,7 @@
 #include "core/ccore.hpp"
 #include "settings/data_folders.hpp"
 #include "settings/reg_ex.hpp"
+#include "tests/support/temporary_folder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -24,11 +25,9 @@ class HostStart : public ::testing::Test {
             std::filesystem::create_directories(folder);
             std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
         }
-        std::filesystem::create_directories(home_);
+        std::filesystem::create_directory(home_);
     }
     void TearDown() override {
-        std::error_code ignored;
-        std::filesystem::remove_all(home_, ignored);
         CRegEx core(system_);
         core.Open(kCoreKey);
         core.writeString(u"DataFolder", u"");
@@ -48,7 +47,8 @@ class HostStart : public ::testing::Test {
     }
 
     platform::Platform& system_ = platform::hostPlatform();
-    std::filesystem::path home_ = std::filesystem::temp_directory_path() / "tallowmere host start test";
+    TemporaryFolder folder_;
+    std::filesystem::path home_ = folder_.path() / "with a space";
 };
 
 TEST_F(HostStart, CalibratesAndBlocksFromRealSettingsAndFilesBesideAPlainClient) {

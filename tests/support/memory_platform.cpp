@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <new>
+#include <random>
 
 namespace tallowmere::test {
 
@@ -72,6 +73,9 @@ template <class T, class... Of> void note(std::vector<T>& notes, Of&&... of) noe
     }
 }
 
+/// Tells this process's files from those of a test that runs beside it.
+const unsigned ownNumber = std::random_device{}();
+
 /// A file of this object's own, gone with it.
 class TemporaryFile {
   public:
@@ -90,8 +94,7 @@ class TemporaryFile {
     TemporaryFile() {
         static int number = 0;
         path_ = std::filesystem::temp_directory_path() /
-                ("tallowmere-" + std::to_string(reinterpret_cast<std::uintptr_t>(this)) + "-" +
-                 std::to_string(++number) + ".xml");
+                ("tallowmere-" + std::to_string(ownNumber) + "-" + std::to_string(++number) + ".xml");
     }
     std::filesystem::path path_;
 };

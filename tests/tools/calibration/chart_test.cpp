@@ -1,3 +1,4 @@
+#include "tests/support/temporary_folder.hpp"
 #include "tests/tools/calibration/calibration_command_fixture.hpp"
 #include "tools/calibration/svg_chart.hpp"
 #include "tools/calibration/text_chart.hpp"
@@ -101,7 +102,8 @@ TEST_F(ChartTest, TerminalPictureFitsItsColumns) {
 
 TEST_F(ChartTest, PlotWritesAFile) {
     putItem(u"Awa", "0 90 180\n0 0 0 0\n10 1 2 1\n");
-    const auto file = std::filesystem::temp_directory_path() / "tallowmere-plot-test.svg";
+    const TemporaryFolder folder;
+    const auto file = folder.path() / "awa.svg";
     EXPECT_EQ(run({"calibration", "plot", "awa", "-o", file.string()}).code, 0);
     std::ifstream in(file, std::ios::binary);
     const std::string svg{std::istreambuf_iterator<char>(in), {}};

@@ -1,11 +1,11 @@
 // Sources that need no network: files, and names that are none.
+#include "tests/support/temporary_folder.hpp"
 #include "tools/feed/source.hpp"
 
 #include <gmock/gmock.h>
 
 #include <filesystem>
 #include <fstream>
-#include <random>
 
 namespace tallowmere::feed {
 namespace {
@@ -34,21 +34,13 @@ TEST(SourceNames, BadPortsAreRefusedWithAnExample) {
 
 class Files : public testing::Test {
   protected:
-    Files()
-        : folder(std::filesystem::temp_directory_path() /
-                 ("tallowmere-feed-" + std::to_string(std::random_device{}()))) {
-        std::filesystem::create_directories(folder);
-    }
-    ~Files() override {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder, ignored);
-    }
     static std::string utf8(const std::filesystem::path& path) {
         const std::u8string text = path.u8string();
         return {text.begin(), text.end()};
     }
 
-    std::filesystem::path folder;
+    const test::TemporaryFolder temporary;
+    const std::filesystem::path& folder = temporary.path();
 };
 
 TEST_F(Files, AreReadToTheirEnd) {

@@ -1,4 +1,5 @@
 #include "platform/durable_file.hpp"
+#include "tests/support/temporary_folder.hpp"
 
 #include <gtest/gtest.h>
 
@@ -12,13 +13,12 @@ namespace {
 
 class DurableFileTest : public ::testing::Test {
   protected:
-    DurableFileTest() { std::filesystem::remove(path); }
-    ~DurableFileTest() override { std::filesystem::remove(path); }
     [[nodiscard]] std::string bytes() const {
         std::ifstream file(path, std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
     }
-    const std::filesystem::path path = std::filesystem::temp_directory_path() / u"tallowmere_durable_\u00E4.txt";
+    const test::TemporaryFolder folder;
+    const std::filesystem::path path = folder.path() / u"durable_\u00E4.txt";
 };
 
 TEST_F(DurableFileTest, WhatIsWrittenCanBeReadByOthersMeanwhile) {

@@ -1,6 +1,7 @@
 // Recording and playing on a machine in memory; the files are real, in a folder of the test's own.
 #pragma once
 
+#include "tests/support/temporary_folder.hpp"
 #include "tests/tools/cli/command_fixture.hpp"
 #include "tools/record/recording_reader.hpp"
 
@@ -17,23 +18,14 @@ inline constexpr std::int64_t kSecond = 10'000'000; // 100 ns
 class RecordingTest : public CommandTest {
   protected:
     RecordingTest() {
-        const auto* const test = ::testing::UnitTest::GetInstance()->current_test_info();
-        folder_ = std::filesystem::temp_directory_path() /
-                  ("tallowmere_recording_" + std::string(test->test_suite_name()) + "_" + test->name());
-        std::filesystem::remove_all(folder_);
-        std::filesystem::create_directories(folder_);
         // Time passes while the program sleeps.
         machine.onSleep = [this](unsigned milliseconds) {
             machine.now += std::int64_t{milliseconds} * 10'000;
             if (whileAsleep) whileAsleep();
         };
     }
-    ~RecordingTest() override {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder_, ignored);
-    }
 
-    [[nodiscard]] std::string path(const std::string& name) const { return (folder_ / name).string(); }
+    [[nodiscard]] std::string path(const std::string& name) const { return (folder_.path() / name).string(); }
     /// The machine in memory has its own files: a recording of rows is found there.
     void bringFile(const std::string& name) {
         std::ifstream file(path(name), std::ios::binary);
@@ -84,7 +76,7 @@ class RecordingTest : public CommandTest {
     std::function<void()> whileAsleep; // after the time has passed
 
   private:
-    std::filesystem::path folder_;
+    TemporaryFolder folder_;
 };
 
 } // namespace tallowmere::test

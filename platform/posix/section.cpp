@@ -81,10 +81,14 @@ bool takePlace(std::size_t bytes) noexcept {
     return bytes <= place.size() && ::sysconf(_SC_PAGESIZE) == kPage && !placeTaken.exchange(true);
 }
 
-/// Gives the place back; it stays taken where the system has no other pages to put there.
+/// Gives the place back. The view must go at any rate, for it would keep the section alive: where no page of zeros is
+/// to be had, what takes no memory comes there; a call that still runs then faults.
 void leavePlace() noexcept {
-    constexpr int kFlags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED;
-    if (::mmap(place.data(), place.size(), PROT_READ | PROT_WRITE, kFlags, -1, 0) != MAP_FAILED) placeTaken = false;
+    constexpr int kFlags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_FIXED;
+    const auto cover = [](int protection) {
+        return ::mmap(place.data(), place.size(), protection, kFlags, -1, 0) != MAP_FAILED;
+    };
+    if (cover(PROT_READ | PROT_WRITE) || cover(PROT_NONE)) placeTaken = false;
 }
 
 class SectionFile final : public SharedSection {

@@ -125,6 +125,7 @@ class HostFailure : public ::testing::Test {
     /// After the failure: nothing is left open, no half-written settings, and the next life is whole.
     void expectNothingLeft(int files, const std::string& settings) {
         EXPECT_EQ(openFileCount(), files);
+        EXPECT_EQ(platform::hostPlatform().openSection(sectionName(), kSharedAreaBytes), nullptr) << "still alive";
         const std::string now = surroundings_.readSettings();
         EXPECT_TRUE(now.starts_with(settings.substr(0, 100))) << now;
         EXPECT_TRUE(location().empty() || location().ends_with(u"/"));

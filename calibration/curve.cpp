@@ -140,7 +140,7 @@ inline double evalAscending(const CurveRow& row, double x) noexcept {
 /// One of the two at any x.
 [[gnu::noinline]] double evalAny(double (*curveOf)(const CurveRow&, double) noexcept, const CurveRow& row,
                                  double x) noexcept {
-    if (row.moderate != 0 && isModerate(x)) return curveOf(row, x);
+    if (row.dirty == 0 && row.moderate != 0 && isModerate(x)) return curveOf(row, x);
     return withExceptionsHeld([&] { return curveOf(row, x); });
 }
 

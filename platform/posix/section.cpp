@@ -26,6 +26,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cstdio>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -82,13 +83,15 @@ bool takePlace(std::size_t bytes) noexcept {
 }
 
 /// Gives the place back. The view must go at any rate, for it would keep the section alive: where no page of zeros is
-/// to be had, what takes no memory comes there; a call that still runs then faults.
+/// to be had, what takes no memory comes there; a call that still runs then faults. The zeros are made elsewhere first:
+/// a mapping that fails in place may leave a hole, for another thread's memory to land in.
 void leavePlace() noexcept {
-    constexpr int kFlags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_FIXED;
-    const auto cover = [](int protection) {
-        return ::mmap(place.data(), place.size(), protection, kFlags, -1, 0) != MAP_FAILED;
-    };
-    if (cover(PROT_READ | PROT_WRITE) || cover(PROT_NONE)) placeTaken = false;
+    constexpr int kFlags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE;
+    void* const zeros = ::mmap(nullptr, place.size(), PROT_READ | PROT_WRITE, kFlags, -1, 0);
+    const void* const put =
+        zeros != MAP_FAILED ? ::mremap(zeros, place.size(), place.size(), MREMAP_MAYMOVE | MREMAP_FIXED, place.data())
+                            : ::mmap(place.data(), place.size(), PROT_NONE, kFlags | MAP_FIXED, -1, 0);
+    if (put != MAP_FAILED) placeTaken = false;
 }
 
 class SectionFile final : public SharedSection {
@@ -232,13 +235,18 @@ Hold tryHold(const Folder& folder, int file, std::size_t bytes, bool mayMake) no
 
 /// True when the user's own rights to the file were missing and have been given back: a mask may have kept them off a
 /// file whose maker was killed, or somebody have taken them since, and nobody could ever open it again. Not done to a
-/// file that has other names. Nobody else can put a link there meanwhile: the folder is the user's or has a sticky bit.
+/// file that has other names. What was looked at is what is changed, by a descriptor that needs no rights: another
+/// process of the user may remove the file meanwhile, and a stranger put a link in its place.
 bool giveOwnRights(const Folder& folder) noexcept {
     constexpr mode_t kOwnRights = S_IRUSR | S_IWUSR;
+    const Descriptor file(::openat(folder.number, folder.entry, O_PATH | O_NOFOLLOW | O_CLOEXEC));
     struct stat status {};
-    return ::fstatat(folder.number, folder.entry, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode) &&
-           isOwn(status, 0) && status.st_nlink == 1 && (status.st_mode & kOwnRights) != kOwnRights &&
-           ::fchmodat(folder.number, folder.entry, (status.st_mode & ACCESSPERMS) | kOwnRights, 0) == 0;
+    if (!file || ::fstat(file.get(), &status) != 0) return false;
+    if (!S_ISREG(status.st_mode) || !isOwn(status, 0) || status.st_nlink != 1) return false;
+    if ((status.st_mode & kOwnRights) == kOwnRights) return false;
+    std::array<char, 32> path{}; // fchmod takes no such descriptor
+    std::snprintf(path.data(), path.size(), "/proc/self/fd/%d", file.get());
+    return ::chmod(path.data(), (status.st_mode & ACCESSPERMS) | kOwnRights) == 0;
 }
 
 struct HeldFile {

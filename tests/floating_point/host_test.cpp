@@ -94,6 +94,16 @@ TEST_F(Host, EvaluatesAnyTableAtAnyPlace) {
             }
 }
 
+TEST_F(Host, EvaluatesLinesWhoseKnotsHaveChangedSinceTheirSpline) {
+    CurveRow row = rowOf(0.0, {{0.0, 1.0}, {10.0, 2.0}});
+    BuildSpline(row);
+    row.knots[0].y = -1e308;
+    row.knots[1].y = 1e308;
+    row.dirty = 1;
+    double y = 0.0;
+    EXPECT_TRUE(raisesNothing([&] { EvalLinear(row, 5.0, y); }));
+}
+
 TEST_F(Host, ShowsAnyNumber) {
     for (const double held : kOddNumbers)
         for (std::int16_t unitClass = 0; unitClass < 24; ++unitClass)

@@ -79,7 +79,7 @@ export type Column<C extends ChannelLike> = C extends string ? C : string;
  */
 export type Sample<C extends ChannelLike = ChannelLike, Ages extends boolean = false> = { time: Date } & {
     [column in Column<C> | ([Ages] extends [true] ? `${Column<C>} age` : never)]: number | null;
-};
+} & ([Ages] extends [false] ? unknown : { [column in `${Column<C>} age`]?: number | null });
 
 /** A channel. Its names and its unit are the catalogue's or what the section has set instead. */
 export class Channel {

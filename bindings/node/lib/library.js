@@ -21,6 +21,13 @@ function fileNames(name) {
     return onWindows ? [`${name}.dll`] : [`lib${name}.so.1`, `lib${name}.so`];
 }
 
+/**
+ * Of the folders of PATH on Windows those with a drive or server and a root. The others are looked for in the current
+ * folder or on the current drive, which anybody may have filled.
+ */
+const wholeFolders = (folders) =>
+    folders.filter((folder) => path.win32.isAbsolute(folder) && path.win32.parse(folder).root.length > 1);
+
 /** What to load, in order, and whether it is a path that must exist first. */
 function* candidates(name) {
     const explicit = process.env[PATH_VARIABLE];
@@ -34,8 +41,7 @@ function* candidates(name) {
     }
     yield* inFolders([__dirname]);
     if (onWindows) {
-        // The folders of PATH. Not the current one, which anybody may have filled.
-        yield* inFolders(folders(process.env.PATH).filter((folder) => path.isAbsolute(folder)));
+        yield* inFolders(wholeFolders(folders(process.env.PATH)));
     } else {
         for (const file of fileNames(name)) yield [file, false]; // the loader's search: ldconfig, /usr/lib
     }
@@ -91,4 +97,4 @@ function load(name, prototypes) {
     return functions;
 }
 
-module.exports = { LibraryNotFoundError, load, isLoaded: (name) => loaded.has(name) };
+module.exports = { LibraryNotFoundError, load, wholeFolders, isLoaded: (name) => loaded.has(name) };

@@ -178,3 +178,9 @@ describe('the package', () => {
         assert.deepEqual(done, SILENT_SUCCESS);
     });
 });
+
+test('on Windows only whole folders of PATH are searched', () => {
+    const { wholeFolders } = require(path.join(PACKAGE, 'lib', 'library.js'));
+    const whole = ['C:\\Sailing', 'd:/tools', '\\\\server\\share\\bin'];
+    assert.deepEqual(wholeFolders([...whole, '', '.', 'bin', '\\bin', '/bin', 'C:', 'C:bin']), whole);
+});

@@ -27,10 +27,15 @@ export async function use(): Promise<void> {
         // @ts-expect-error: without ages
         void row['BSP age'];
     }
+    const names: string[] = ['BSP'];
     for await (const row of new t.View().samples(['BSP'], { ages: true })) {
         if (row['BSP age'] !== null && row.BSP !== null) void (row['BSP age'] + row.BSP);
     }
-    const names: string[] = ['BSP'];
+    const perhaps: SamplesOptions = { ages: names.length > 1 };
+    for await (const row of t.samples(['BSP'], perhaps)) {
+        const age: number | null | undefined = row['BSP age'];
+        void age;
+    }
     const options: SamplesOptions = { count: 1 };
     for await (const row of t.samples(names, options)) {
         const values: (number | null)[] = names.map((name) => row[name]);

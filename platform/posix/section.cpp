@@ -138,7 +138,7 @@ enum class Hold {
     Swept,   // a remnant that was there is gone
     Later,   // being made, or gone from under its name since it was opened
     Empty,   // ours, and to be made
-    Exposed, // ours, but others have rights to it, or it has a second name
+    Exposed, // ours and held, but others have rights to it, or it has a second name
     Made,    // new, by us
     Opened,  // in use by others too
     Misfits, // in use by others too, with another size
@@ -209,14 +209,13 @@ Hold make(const Folder& folder, int file, std::size_t bytes) noexcept {
 }
 
 /// Joins those who hold the section. A file that can't be joined may be a remnant all the same, empty of a maker that
-/// was killed at work: whoever is alone with it makes it anew. Several who met over an empty one try again; a section
-/// in use that is open to others is refused.
+/// was killed at work: whoever is alone with it makes it anew. Several who met over it try again.
 Hold join(const Folder& folder, int file, std::size_t bytes, bool mayMake) noexcept {
     if (!setHold(file, F_RDLCK)) return Hold::Later;
     const Hold judged = judge(folder, file, bytes);
     if (judged != Hold::Empty && judged != Hold::Exposed) return judged;
     if (mayMake && setHold(file, F_WRLCK)) return make(folder, file, bytes);
-    return judged == Hold::Empty ? Hold::Later : Hold::None;
+    return judged == Hold::Empty ? Hold::Later : Hold::Exposed;
 }
 
 Hold tryHold(const Folder& folder, int file, std::size_t bytes, bool mayMake) noexcept {
@@ -269,7 +268,9 @@ HeldFile holdFile(std::u16string_view name, std::size_t bytes, bool mayMake) noe
         // A child forked by another thread just now would keep the hold; so it is let go, not only closed.
         setHold(file.get(), F_UNLCK);
         if (hold == Hold::Swept) continue;
-        if (hold != Hold::Later) return {{}, hold};
+        // Whoever else has an exposed file may be here for a moment only, to find it so too.
+        const bool passes = hold == Hold::Later || (hold == Hold::Exposed && mayMake && attempt < kSoonTries);
+        if (!passes) return {};
         sleepFor(pauseAfter(attempt));
     }
     return {};

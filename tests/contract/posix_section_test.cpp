@@ -11,7 +11,9 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <ctime>
 #include <fcntl.h>
+#include <functional>
 #include <memory>
 #include <pwd.h>
 #include <random>
@@ -26,6 +28,7 @@
 
 namespace {
 int fallocateError = 0; // EOPNOTSUPP as on file systems that can't take space ahead
+std::function<void()> beforeSleep = [] {};
 } // namespace
 
 // NOLINTBEGIN(bugprone-reserved-identifier): the linker's own names
@@ -35,6 +38,12 @@ extern "C" int __wrap_fallocate(int file, int mode, off_t start, off_t size) {
     if (fallocateError == 0) return __real_fallocate(file, mode, start, size);
     errno = fallocateError;
     return -1;
+}
+extern "C" int __real_clock_nanosleep(clockid_t clock, int flags, const timespec* time, timespec* left);
+extern "C" int __wrap_clock_nanosleep(clockid_t clock, int flags, const timespec* time, timespec* left);
+extern "C" int __wrap_clock_nanosleep(clockid_t clock, int flags, const timespec* time, timespec* left) {
+    beforeSleep();
+    return __real_clock_nanosleep(clock, flags, time, left);
 }
 // NOLINTEND(bugprone-reserved-identifier)
 
@@ -255,6 +264,22 @@ TEST_F(PosixSection, ASectionInUseThatOthersMayReadIsRefused) {
     const auto next = openOrCreate();
     ASSERT_NE(next, nullptr);
     EXPECT_EQ(next->view()[3], std::byte{3});
+}
+
+/// Two who come at once for a remnant that others may read find each other in it, and neither is alone.
+TEST_F(PosixSection, WhoMeetsAnotherNewcomerOverARemnantOpenToOthersTriesAgain) {
+    writeBytes(file(), "x");
+    ASSERT_EQ(::chmod(file().c_str(), 0644), 0);
+    const platform::posix::Descriptor other(::open(file().c_str(), O_RDWR | O_CLOEXEC));
+    ASSERT_TRUE(lockLifeByte(other.get(), F_RDLCK));
+    int sleeps = 0;
+    beforeSleep = [&] {
+        if (++sleeps == 3) lockLifeByte(other.get(), F_UNLCK);
+    };
+    const auto section = openOrCreate();
+    beforeSleep = [] {};
+    EXPECT_TRUE(isNew(section.get()));
+    EXPECT_EQ(sleeps, 3);
 }
 
 /// A mask may have kept the user's own rights off the file, or somebody have taken them.

@@ -119,29 +119,21 @@ inline double evalAscending(const CurveRow& row, double x) noexcept {
     return cubicBetween(a, b, x);
 }
 
-/// The spline of any row.
-[[gnu::noinline]] double splineOf(const CurveRow& row, double x) noexcept {
+using Between = double(const CurveKnot& a, const CurveKnot& b, double x) noexcept;
+
+/// A curve of any row, by its formula between two knots.
+template <Between between> [[gnu::noinline]] double curveOf(const CurveRow& row, double x) noexcept {
     const std::span<const CurveKnot> knots = knotsOf(row);
     if (knots.empty()) return NO_VALUE;
     if (knots.size() == 1) return knots.front().y;
     const Interval interval = findInterval(knots, x);
-    return splineBetween(interval.a, interval.b, x);
+    return between(interval.a, interval.b, x);
 }
 
-/// The line of any row.
-[[gnu::noinline]] double lineOf(const CurveRow& row, double x) noexcept {
-    const std::span<const CurveKnot> knots = knotsOf(row);
-    if (knots.empty()) return NO_VALUE;
-    if (knots.size() == 1) return knots.front().y;
-    const Interval interval = findInterval(knots, x);
-    return linearBetween(interval.a, interval.b, x);
-}
-
-/// One of the two at any x.
-[[gnu::noinline]] double evalAny(double (*curveOf)(const CurveRow&, double) noexcept, const CurveRow& row,
-                                 double x) noexcept {
-    if (row.dirty == 0 && row.moderate != 0 && isModerate(x)) return curveOf(row, x);
-    return withExceptionsHeld([&] { return curveOf(row, x); });
+/// The same at any x.
+template <Between between> [[gnu::noinline]] double evalAny(const CurveRow& row, double x) noexcept {
+    if (row.dirty == 0 && row.moderate != 0 && isModerate(x)) return curveOf<between>(row, x);
+    return withExceptionsHeld([&] { return curveOf<between>(row, x); });
 }
 
 /// The knots of a row from the smallest position up, however they are stored.
@@ -285,12 +277,12 @@ void BuildSplines(CalibrationTable& table) noexcept {
 bool EvalSpline(CurveRow& row, double x, double& y) noexcept {
     if (row.dirty != 0) [[unlikely]]
         BuildSpline(row);
-    y = row.ascending != 0 && isModerate(x) ? evalAscending(row, x) : evalAny(splineOf, row, x);
+    y = row.ascending != 0 && isModerate(x) ? evalAscending(row, x) : evalAny<splineBetween>(row, x);
     return !isMissing(y);
 }
 
 bool EvalLinear(const CurveRow& row, double x, double& y) noexcept {
-    y = evalAny(lineOf, row, x);
+    y = evalAny<linearBetween>(row, x);
     return y != NO_VALUE;
 }
 

@@ -8,14 +8,10 @@
 // exceptions held.
 #pragma once
 
+#include "platform/floating_point_state.hpp"
+
 #include <cmath>
 #include <type_traits>
-
-#if defined(__SSE2__) || defined(_M_X64)
-#include <xmmintrin.h>
-#else
-#include <cfenv>
-#endif
 
 namespace tallowmere {
 
@@ -25,31 +21,6 @@ namespace tallowmere {
     return std::isless(std::fabs(value), 1e30);
 }
 
-namespace detail {
-#if defined(__SSE2__) || defined(_M_X64)
-// By the register itself: the C library's feholdexcept for Windows leaves its masks as they are.
-class FloatingPointState {
-  public:
-    void hold() noexcept { _mm_setcsr((before_ | kMasks) & ~kFlags); }
-    void restore() noexcept { _mm_setcsr(before_); }
-
-  private:
-    static constexpr unsigned kMasks = 0x1F80;
-    static constexpr unsigned kFlags = 0x3F;
-    unsigned before_ = _mm_getcsr();
-};
-#else
-class FloatingPointState {
-  public:
-    void hold() noexcept { std::feholdexcept(&before_); }
-    void restore() noexcept { std::fesetenv(&before_); }
-
-  private:
-    std::fenv_t before_;
-};
-#endif
-} // namespace detail
-
 /// Calls `work` while no floating-point exception is raised in this thread; its result. Afterwards all is as it was,
 /// the flags too.
 template <class Work> auto withExceptionsHeld(const Work& work) noexcept {
@@ -57,7 +28,7 @@ template <class Work> auto withExceptionsHeld(const Work& work) noexcept {
     // doesn't know to matter for it.
     using Result = std::invoke_result_t<const Work&>;
     Result (*const volatile call)(const Work&) = [](const Work& held) -> Result { return held(); };
-    detail::FloatingPointState state;
+    platform::FloatingPointState state;
     state.hold();
     if constexpr (std::is_void_v<Result>) {
         call(work);

@@ -78,30 +78,45 @@ constexpr std::size_t kPage = 4096;
 alignas(kPage) constinit std::array<std::byte, std::size_t{62} * kPage> place{};
 constinit std::atomic<bool> placeTaken = false;
 
-bool takePlace(std::size_t bytes) noexcept {
-    return bytes <= place.size() && ::sysconf(_SC_PAGESIZE) == kPage && !placeTaken.exchange(true);
+/// Puts a mapping into the place. It is made elsewhere first: one that fails in place may leave a hole, for another
+/// thread's memory to land in. The kernel looks whether it can move one before it takes away what is there.
+bool moveToPlace(void* mapping, std::size_t bytes) noexcept {
+    return ::mremap(mapping, bytes, bytes, MREMAP_MAYMOVE | MREMAP_FIXED, place.data()) != MAP_FAILED;
 }
 
-/// Gives the place back. The view must go at any rate, for it would keep the section alive: where no page of zeros is
-/// to be had, what takes no memory comes there; a call that still runs then faults. The zeros are made elsewhere first:
-/// a mapping that fails in place may leave a hole, for another thread's memory to land in.
+/// False when the view stays where it is.
+bool takePlace(void* view, std::size_t bytes) noexcept {
+    if (bytes > place.size() || ::sysconf(_SC_PAGESIZE) != kPage || placeTaken.exchange(true)) return false;
+    const bool taken = moveToPlace(view, bytes);
+    if (!taken) placeTaken = false;
+    return taken;
+}
+
+/// Gives the place back, for which the view must go at any rate: it would keep the section alive. Where no pages of
+/// zeros are to be had, what takes no memory comes there, or at last nothing; a call that still runs then faults.
 void leavePlace() noexcept {
     constexpr int kFlags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE;
     void* const zeros = ::mmap(nullptr, place.size(), PROT_READ | PROT_WRITE, kFlags, -1, 0);
-    const void* const put =
-        zeros != MAP_FAILED ? ::mremap(zeros, place.size(), place.size(), MREMAP_MAYMOVE | MREMAP_FIXED, place.data())
-                            : ::mmap(place.data(), place.size(), PROT_NONE, kFlags | MAP_FIXED, -1, 0);
-    if (put != MAP_FAILED) placeTaken = false;
+    bool left = zeros != MAP_FAILED && moveToPlace(zeros, place.size());
+    if (!left) {
+        if (zeros != MAP_FAILED) ::munmap(zeros, place.size());
+        left = ::mmap(place.data(), place.size(), PROT_NONE, kFlags | MAP_FIXED, -1, 0) != MAP_FAILED;
+    }
+    if (left)
+        placeTaken = false;
+    else
+        ::munmap(place.data(), place.size());
 }
 
 class SectionFile final : public SharedSection {
   public:
     SectionFile(Descriptor file, std::size_t bytes, bool existed, bool map) noexcept
-        : file_(std::move(file)), bytes_(bytes), existed_(existed), inPlace_(map && takePlace(bytes)) {
+        : file_(std::move(file)), bytes_(bytes), existed_(existed) {
         if (!map) return;
-        const int flags = MAP_SHARED | (inPlace_ ? MAP_FIXED : 0);
-        void* view = ::mmap(inPlace_ ? place.data() : nullptr, bytes_, PROT_READ | PROT_WRITE, flags, file_.get(), 0);
-        if (view != MAP_FAILED) view_ = static_cast<std::byte*>(view);
+        void* const view = ::mmap(nullptr, bytes_, PROT_READ | PROT_WRITE, MAP_SHARED, file_.get(), 0);
+        if (view == MAP_FAILED) return;
+        inPlace_ = takePlace(view, bytes_);
+        view_ = inPlace_ ? place.data() : static_cast<std::byte*>(view);
     }
     /// Closes without unlocking: a forked child may still live in the section through the same description.
     ~SectionFile() override {
@@ -122,7 +137,7 @@ class SectionFile final : public SharedSection {
     std::byte* view_ = nullptr;
     std::size_t bytes_;
     bool existed_;
-    bool inPlace_;
+    bool inPlace_ = false;
 };
 
 /// Where the section's file is.

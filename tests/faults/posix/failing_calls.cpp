@@ -155,6 +155,16 @@ extern "C" int __wrap_openat(int folder, const char* path, int flags, ...) {
     return fails("openat") ? -1 : __real_openat(folder, path, flags, mode);
 }
 
+extern "C" void* __real_mremap(void* from, std::size_t size, std::size_t newSize, int flags, ...);
+extern "C" void* __wrap_mremap(void* from, std::size_t size, std::size_t newSize, int flags, ...);
+extern "C" void* __wrap_mremap(void* from, std::size_t size, std::size_t newSize, int flags, ...) {
+    std::va_list rest;
+    va_start(rest, flags);
+    void* const to = (flags & MREMAP_FIXED) != 0 ? va_arg(rest, void*) : nullptr;
+    va_end(rest);
+    return fails("mremap") ? MAP_FAILED : __real_mremap(from, size, newSize, flags, to);
+}
+
 /// The library gives it a lock, a number or nothing; all of them fit a pointer.
 extern "C" int __real_fcntl(int file, int command, ...);
 extern "C" int __wrap_fcntl(int file, int command, ...);

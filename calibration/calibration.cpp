@@ -3,7 +3,7 @@
 #include "calibration/calibration_file.hpp"
 #include "calibration/default_table.hpp"
 #include "core/channels/angle_steps.hpp"
-#include "core/held_exceptions.hpp"
+#include "core/channels/held_exceptions.hpp"
 #include "settings/data_folders.hpp"
 #include "settings/reg_ex.hpp"
 

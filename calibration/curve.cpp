@@ -1,6 +1,6 @@
 #include "calibration/curve.hpp"
 
-#include "core/held_exceptions.hpp"
+#include "core/channels/held_exceptions.hpp"
 
 #include <algorithm>
 #include <array>

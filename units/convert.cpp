@@ -2,7 +2,7 @@
 
 #include "core/channels/angle_steps.hpp"
 #include "core/channels/system_values.hpp"
-#include "core/held_exceptions.hpp"
+#include "core/channels/held_exceptions.hpp"
 #include "units/units.hpp"
 
 #include <cmath>

@@ -1,5 +1,5 @@
 // One step of a turn: values lie in their range or a turn beside it. A quiet NaN raises no exception
-// (core/held_exceptions.hpp).
+// (core/channels/held_exceptions.hpp).
 #pragma once
 
 #include <cmath>

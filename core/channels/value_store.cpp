@@ -4,7 +4,7 @@
 #include "core/channels/rounding.hpp"
 #include "core/channels/system_values.hpp"
 #include "core/channels/time_scale.hpp"
-#include "core/held_exceptions.hpp"
+#include "core/channels/held_exceptions.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -38,7 +38,7 @@ std::optional<std::int64_t> ticksFromDays(UnitClass unitClass, double days) noex
     }
 }
 
-// Values come from anywhere: they are compared so that a quiet NaN raises nothing (core/held_exceptions.hpp).
+// Values come from anywhere: they are compared so that a quiet NaN raises nothing (core/channels/held_exceptions.hpp).
 
 /// Brings an angle into its range by one turn at most; one further out is left as it is.
 /// KEPT: so Heel -400 becomes -40 and -600 is left for the range check to clear; a bearing of 720 becomes 360.

@@ -58,7 +58,7 @@ bool beforeGun(const SharedArea& area) noexcept {
 }
 
 // Angles and margin are of any size: they are compared so that a quiet NaN raises nothing, and taken together so that
-// infinities and the largest numbers don't either (core/held_exceptions.hpp).
+// infinities and the largest numbers don't either (core/channels/held_exceptions.hpp).
 
 /// True for margin + target > angle, with an angle before the beam, where more than that of either decides already.
 bool isWithin(double angle, double target, double margin) noexcept {

@@ -165,7 +165,8 @@ TALLOWMERE_API void SetZanUserVarName(uint16_t index, const char* name) TALLOWME
  * value    in the base unit (see GetZanVar). 32767.0 clears the channel. Angles are brought into range
  *          by at most one turn (Heel -400 becomes -40, HDG 720 becomes 360); a value outside the channel's
  *          plausible range clears the channel. Once a host calibrates the channel, a speed below 0 becomes 0
- *          and a bearing of 360 becomes 0, whoever writes it: BSP -0.5 is stored as 0.
+ *          and a bearing that is 360 after that turn becomes 0, whoever writes it: BSP -0.5 and HDG 720
+ *          are stored as 0.
  *          Integer channels round half away from zero. A value that a time or integer channel cannot
  *          hold (NaN, infinite, too large) clears it.
  * boat     0 to 99

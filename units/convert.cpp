@@ -1,8 +1,8 @@
 #include "units/convert.hpp"
 
 #include "core/channels/angle_steps.hpp"
-#include "core/channels/system_values.hpp"
 #include "core/channels/held_exceptions.hpp"
+#include "core/channels/system_values.hpp"
 #include "units/units.hpp"
 
 #include <cmath>

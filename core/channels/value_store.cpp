@@ -1,10 +1,10 @@
 #include "core/channels/value_store.hpp"
 
 #include "core/channels/derived_channels.hpp"
+#include "core/channels/held_exceptions.hpp"
 #include "core/channels/rounding.hpp"
 #include "core/channels/system_values.hpp"
 #include "core/channels/time_scale.hpp"
-#include "core/channels/held_exceptions.hpp"
 
 #include <algorithm>
 #include <cmath>

@@ -3,7 +3,9 @@
 #include "tests/bad_input/started_files.hpp"
 #include "tests/support/case_count.hpp"
 
+#include <atomic>
 #include <random>
+#include <thread>
 
 namespace tallowmere::test {
 namespace {
@@ -83,11 +85,14 @@ TEST_F(BadFiles, AFileInPlaceOfAFolderLeavesAllDefaults) {
 }
 
 /// A text's place in the file is told by each of its bytes: wherever it is cut, what is read is a front of it.
+/// Through Wine the reader of documents, the first two, may never come back from one that is cut.
+std::size_t firstThatMayBeCut() {
+    return platform::hostPlatform().separator() == u'\\' ? 2 : 0;
+}
+
 TEST_F(BadFiles, ADocumentCutAnywhereIsReadUpToThere) {
     CaseCount cases("cuts");
-    // Through Wine the reader of documents may never come back from one that is cut.
-    const std::size_t first = platform::hostPlatform().separator() == u'\\' ? 2 : 0;
-    for (std::size_t i = first; i < kFiles; ++i) {
+    for (std::size_t i = firstThatMayBeCut(); i < kFiles; ++i) {
         const std::string content = kGoodFiles[i].content;
         for (std::size_t size = 0; size < content.size(); ++size) {
             ++cases;
@@ -101,6 +106,51 @@ TEST_F(BadFiles, ADocumentCutAnywhereIsReadUpToThere) {
         }
         write(kGoodFiles[i].path, content);
     }
+}
+
+/// Somebody cuts, replaces and lengthens a file all the while: what is read is the file at some moment, and the
+/// others are read whole. What the system refuses meanwhile is not done.
+TEST_F(BadFiles, OnesThatChangeWhileTheyAreReadDoNoHarm) {
+    CaseCount cases("starts");
+    const auto repeated = [](const char* head, int times, const std::string& line, const char* tail) {
+        std::string content = head;
+        for (int i = 0; i < times; ++i) content += line;
+        return content + tail;
+    };
+    const auto curve = [&](std::size_t i) { return repeated(kGoodFiles[i].content, 20'000, "! nothing\n", ""); };
+    const std::string contents[kFiles] = {
+        repeated("<boats>", 4'000, "<boat id=\"3\" name=\"Falcon\"/>", "</boats>"),
+        repeated("<channels>", 4'000, "<channel id=\"180\" user=\"Keel depth\"/>", "</channels>"),
+        repeated("", 4'000, kGoodFiles[2].content, ""), curve(3), curve(4)};
+    for (std::size_t i = firstThatMayBeCut(); i < kFiles; ++i) {
+        std::atomic<bool> over = false;
+        const char* const file = kGoodFiles[i].path;
+        std::thread changer([&] {
+            const std::string other = std::string(file) + ".other";
+            while (!over) {
+                std::error_code ignored;
+                write(file, contents[i]);
+                fs::resize_file(path(file), contents[i].size() / 2, ignored);
+                write(other.c_str(), contents[i]);
+                fs::rename(path(other.c_str()), path(file), ignored);
+                for (int k = 0; k < 3; ++k) std::ofstream(path(file), std::ios::binary | std::ios::app) << contents[i];
+                fs::remove(path(file), ignored);
+            }
+        });
+        for (int start = 0; start < 40; ++start) {
+            ++cases;
+            const Taken taken = startHost();
+            EXPECT_FALSE(taken.foreign) << file;
+            for (std::size_t other = 0; other < kFiles; ++other)
+                if (other != i) {
+                    EXPECT_TRUE(taken.file[other]) << kGoodFiles[other].path << " beside " << file;
+                }
+        }
+        over = true;
+        changer.join();
+        write(file, kGoodFiles[i].content);
+    }
+    EXPECT_EQ(startHost(), allBut(kFiles));
 }
 
 } // namespace

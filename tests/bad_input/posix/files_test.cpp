@@ -94,54 +94,8 @@ TEST_F(PosixBadFiles, TheSettingsFileMissingAFolderEmptyHugeOrNoiseGivesDefaults
     EXPECT_EQ(startHost(), allBut(kFiles));
 }
 
-/// Somebody cuts, replaces and lengthens a file all the while: what is read is the file at some moment, and the
-/// others are read whole.
-TEST_F(PosixBadFiles, OnesThatChangeWhileTheyAreReadDoNoHarm) {
-    CaseCount cases("starts");
-    std::string large = "<boats>";
-    for (int i = 0; i < 4'000; ++i) large += "<boat id=\"3\" name=\"Falcon\"/>";
-    large += "</boats>";
-    std::string table = "0,1,2,3,4,5,6,7,8,9\n";
-    for (int i = 0; i < 4'000; ++i) table += "0,1,2,3,4,5,6,7,8,9\n";
-    std::string channels = "<channels>";
-    for (int i = 0; i < 4'000; ++i) channels += "<channel id=\"180\" user=\"Keel depth\"/>";
-    channels += "</channels>";
-    std::string curve = "0\n0 3\n";
-    for (int i = 0; i < 20'000; ++i) curve += "! nothing\n";
-    const std::string contents[kFiles] = {large, channels, table, curve, curve};
-    for (std::size_t i = 0; i < 4; ++i) {
-        std::atomic<bool> over = false;
-        const fs::path file = path(kGoodFiles[i].path);
-        std::thread changer([&] {
-            const fs::path other = file.string() + ".other";
-            while (!over) {
-                std::error_code ignored;
-                writeBytes(file, contents[i]);
-                fs::resize_file(file, contents[i].size() / 2, ignored);
-                writeBytes(other, contents[i]);
-                fs::rename(other, file, ignored);
-                for (int k = 0; k < 3; ++k) std::ofstream(file, std::ios::binary | std::ios::app) << contents[i];
-                fs::remove(file, ignored);
-            }
-        });
-        for (int start = 0; start < 40; ++start) {
-            ++cases;
-            const Taken taken = startHost();
-            EXPECT_FALSE(taken.foreign) << kGoodFiles[i].path;
-            for (std::size_t k = 0; k < kFiles; ++k)
-                if (k != i) {
-                    EXPECT_TRUE(taken.file[k]) << kGoodFiles[k].path << " beside " << kGoodFiles[i].path;
-                }
-        }
-        over = true;
-        changer.join();
-        writeBytes(file, kGoodFiles[i].content);
-    }
-    EXPECT_EQ(startHost(), allBut(kFiles));
-}
-
-/// The same with the settings, which the library writes to itself: each value is the user's or the default, and once
-/// the file stands still it is read whole.
+/// Somebody cuts, replaces and lengthens the settings, which the library writes to itself: each value is the user's or
+/// the default, and once the file stands still it is read whole.
 TEST_F(PosixBadFiles, SettingsThatChangeWhileTheyAreReadDoNoHarm) {
     CaseCount cases("starts");
     CaseCount users("of them: with the user's value");

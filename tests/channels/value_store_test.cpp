@@ -322,6 +322,23 @@ TEST_F(Write, Channel203AndBuiltInChannelsAreNormalisedByTheCataloguesClass) {
     EXPECT_EQ(stored(kTwd), 10.0);
 }
 
+TEST_F(Write, EachNumberClearsChannel203WithATypeOfTime) {
+    for (const std::int16_t type : {std::int16_t{1}, std::int16_t{2}}) {
+        raw.put<std::int16_t>(place::unitClass(203), 0);
+        EXPECT_TRUE(write(203, 6.5));
+        raw.put<std::int16_t>(place::unitClass(203), type);
+        EXPECT_TRUE(store.storeDouble(203, 45983.0, 0));
+        const RecordResult record = store.fetch(203, 0);
+        EXPECT_FALSE(record.holdsValue);
+        EXPECT_EQ(record.record, Record::none(StorageKind::Time));
+        // A record is stored as it is, and can't be read as a number.
+        EXPECT_TRUE(store.store(203, Record::ofTicks(864'000'000'000), 0, kStampNow));
+        double value = 1.5;
+        EXPECT_FALSE(readValue(memory.area(), 203, 0, value));
+        EXPECT_EQ(value, NO_VALUE);
+    }
+}
+
 TEST_F(Write, ForeignKindByteKeepsItsHeaderWhenThePayloadIsReplaced) {
     EXPECT_TRUE(store.store(kHeel, Record{0x7700, bitsOf(-400.0)}, 0, kStampNow));
     EXPECT_EQ(storedHeader(kHeel), 0x7700U);

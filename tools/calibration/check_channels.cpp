@@ -109,6 +109,18 @@ class ChannelChecker {
             report.add("type " + std::to_string(number) + " is no unit class (0 to 22)",
                        stored >= 0 && stored <= kLargestClass ? "it is taken as " + std::to_string(stored)
                                                               : "the channel is treated as a plain number");
+        if (channel_ == kLastUserChannel) lastUserType(classes_[channel_], report);
+    }
+
+    /// Channel 203 takes from its type the kind of its records alone; all else, conversion too, is the catalogue's.
+    void lastUserType(UnitClass unitClass, const ElementReport& report) const {
+        const StorageKind kind = storageKindOf(unitClass);
+        if (kind == StorageKind::Time)
+            report.add(channelText() + " would keep a " + unitNameOf(unitClass).words + ", and can't convert one",
+                       "every number written to it is stored as none");
+        else if (kind == StorageKind::Double && unitClass > UnitClass::Plain &&
+                 unitClass <= static_cast<UnitClass>(kLargestClass))
+            report.add(channelText() + " stays a plain number", "type changes nothing");
     }
 
     void user(std::u16string_view value, const ElementReport& report) const {

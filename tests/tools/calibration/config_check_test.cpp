@@ -87,6 +87,22 @@ TEST_F(ConfigCheck, ChannelAttributesAreJudged) {
         "channels.xml:10: channel 181 (User 9) is a date and time, which has a format of its own; prec is ignored\n");
 }
 
+TEST_F(ConfigCheck, TypesOfChannel203AreJudgedByWhatTheyDo) {
+    EXPECT_EQ(channels("<channel id='202' type='1'/>"), "");
+    for (const char* type : {"0", "11"})
+        EXPECT_EQ(channels(std::string("<channel id='203' type='") + type + "'/>"), "") << type;
+    const std::string is = "channels.xml:2: channel 203 (User 31) ";
+    const std::string stored = ", and can't convert one; every number written to it is stored as none\n";
+    EXPECT_EQ(channels("<channel id='203' type='1'/>"), is + "would keep a date and time" + stored);
+    EXPECT_EQ(channels("<channel id='203' type='2'/>"), is + "would keep a time span" + stored);
+    for (const char* type : {"3", "6", "8", "22"})
+        EXPECT_EQ(channels(std::string("<channel id='203' type='") + type + "'/>"),
+                  is + "stays a plain number; type changes nothing\n")
+            << type;
+    const std::string noClass = "channels.xml:2: type 23 is no unit class (0 to 22); ";
+    EXPECT_EQ(channels("<channel id='203' type='23'/>"), noClass + "the channel is treated as a plain number\n");
+}
+
 TEST_F(ConfigCheck, DampingIsJudgedByTheCatalogue) {
     const auto* const undampable = std::ranges::find(kCatalogue, 0, &ChannelDef::dampable);
     const auto* const dampable = std::ranges::find(kCatalogue, 1, &ChannelDef::dampable);

@@ -9,7 +9,7 @@ const USER_CHANNELS = 32;
 
 function write(channel, value, boat) {
     if (channel === 0) throw new RangeError('channel 0 is the clock, which the library stamps itself');
-    if (value !== null && typeof value !== 'number') throw new TypeError(`a value is a number or null, not ${value}`);
+    if (value !== null && typeof value !== 'number') throw new TypeError(`a value is a number or null, not ${String(value)}`);
     return clientLibrary().SetZanVar(channel, value ?? NO_VALUE, boat) !== 0;
 }
 

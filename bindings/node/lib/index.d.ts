@@ -59,7 +59,7 @@ export interface Mob {
 export interface SamplesOptions<Ages extends boolean = boolean> {
     /** Seconds from row to row, 0 to 86400; default 1. Rows that the reader was too slow for are left out. */
     interval?: number;
-    /** How many rows; without it there is no end. */
+    /** How many rows, a whole number; without it there is no end. */
     count?: number;
     boat?: BoatLike;
     /** True: stale values are given too; otherwise they are null. */

@@ -7,11 +7,19 @@ const { setTimeout: sleep } = require('node:timers/promises');
 const LONGEST_INTERVAL = 86400; // well within what a timer of Node's can wait
 
 /** Checks and resolves everything, so that mistakes are told at the call and not at the first row. */
-function samples(view, channels, { interval = 1, count = Infinity, boat = 0, stale = false, ages = false, signal } = {}) {
+function samples(view, channels, options) {
     if (!Array.isArray(channels)) throw new TypeError('channels is an array of channels');
+    if (typeof options !== 'object' || options === null)
+        throw new TypeError(`the options are an object, not ${String(options)}`);
+    const { interval = 1, count = Infinity, boat = 0, stale = false, ages = false, signal } = options;
+    if (typeof interval !== 'number') throw new TypeError(`the interval is a number, not ${String(interval)}`);
     if (!(interval >= 0 && interval <= LONGEST_INTERVAL))
         throw new RangeError(`the interval is 0 to ${LONGEST_INTERVAL} seconds, not ${interval}`);
-    if (!(count >= 0)) throw new RangeError(`the count is 0 or more, not ${count}`);
+    if (typeof count !== 'number') throw new TypeError(`the count is a number, not ${String(count)}`);
+    if (!(count >= 0 && (Number.isInteger(count) || count === Infinity)))
+        throw new RangeError(`the count is a whole number, 0 or more, or Infinity, not ${count}`);
+    if (signal !== undefined && !(typeof signal === 'object' && signal !== null && 'aborted' in signal))
+        throw new TypeError(`the signal is an AbortSignal, not ${String(signal)}`);
     const resolved = channels.map((channel) => view.channel(channel));
     // As the caller calls it, else by its short name.
     const names = resolved.map((channel, i) =>

@@ -1,5 +1,7 @@
 """Writing: the process becomes a client of the section with its first write."""
 
+import decimal
+import math
 import numbers
 import operator
 import sys
@@ -19,26 +21,37 @@ def checked_text(name: str) -> str:
     return name
 
 
+def checked_whole(number: SupportsIndex, rule: str) -> int:
+    if isinstance(number, bool) or not hasattr(number, "__index__"):
+        raise TypeError(f"{rule}, not {number!r}")
+    return operator.index(number)
+
+
 def checked_index(index: SupportsIndex, count: int, what: str = "index") -> int:
-    if isinstance(index, bool) or not hasattr(index, "__index__"):
-        raise TypeError(f"{what} is a whole number, not {index!r}")
-    number = operator.index(index)
+    number = checked_whole(index, f"{what} is a whole number")
     if not 0 <= number < count:
         raise IndexError(f"{what} is 0 to {count - 1}, not {number}")
     return number
 
 
-def _checked_float(number: float, rule: str) -> float:
-    """Of int, float and their like. A text or a bool would become a float too, but is a mistake."""
-    if isinstance(number, bool) or not isinstance(number, numbers.Real):
+def checked_float(number: float, rule: str) -> float:
+    """Of any real number. A text or a bool would become a float too, but is a mistake."""
+    if isinstance(number, bool) or not isinstance(number, (numbers.Real, decimal.Decimal)):
         raise TypeError(f"{rule}, not {number!r}")
-    return float(number)
+    try:
+        converted = float(number)
+        fits = not math.isinf(converted) or converted == number  # a Decimal that is too large becomes infinite
+    except (OverflowError, ValueError):  # too large; a signalling NaN
+        fits = False
+    if not fits:
+        raise ValueError(f"{rule}, and no float can hold this one")
+    return converted
 
 
 def write(channel: int, value: Optional[float], boat: int) -> bool:
     if channel == 0:
         raise ValueError("channel 0 is the clock, which the library stamps itself")
-    number = _native.NO_VALUE if value is None else _checked_float(value, "a value is a number or None")
+    number = _native.NO_VALUE if value is None else checked_float(value, "a value is a number or None")
     return bool(_native.client_library().SetZanVar(channel, number, boat))
 
 
@@ -57,5 +70,5 @@ def name_user_channel(index: int, name: str) -> None:
 
 def set_mob(latitude: float, longitude: float) -> bool:
     """Raises the man-overboard alarm at a position in degrees, north and east positive. False: no host was told."""
-    position = _checked_float(latitude, "a latitude is a number"), _checked_float(longitude, "a longitude is a number")
+    position = checked_float(latitude, "a latitude is a number"), checked_float(longitude, "a longitude is a number")
     return bool(_native.client_library().SetMOB(*position) != 0)

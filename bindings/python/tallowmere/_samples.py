@@ -6,6 +6,7 @@ import math
 import time
 from typing import Dict, Iterator, List, Literal, Optional, Sequence, Union, overload
 
+from . import _client
 from ._view import BoatLike, ChannelLike, Reading, View
 
 LONGEST_INTERVAL = 86400
@@ -31,11 +32,15 @@ def samples(
     stale: bool,
     ages: bool,
 ) -> Iterator[Sample]:
+    channels = view._channel_list(channels)
     numbers = view._channel_numbers(channels)
+    interval = _client.checked_float(interval, "the interval is a number")
     if not 0 <= interval <= LONGEST_INTERVAL:
         raise ValueError(f"the interval is 0 to {LONGEST_INTERVAL} seconds, not {interval}")
-    if count is not None and count < 0:
-        raise ValueError(f"the count is 0 or more, not {count}")
+    if count is not None:
+        count = _client.checked_whole(count, "the count is a whole number or None")
+        if count < 0:
+            raise ValueError(f"the count is 0 or more, not {count}")
     names = [_column(view, channel) for channel in channels]
     columns = ["time", *names, *(f"{name} age" for name in names if ages)]
     if len(set(columns)) != len(columns):

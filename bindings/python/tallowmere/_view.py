@@ -4,6 +4,7 @@ import ctypes
 import datetime
 import operator
 import threading
+from collections.abc import Iterable
 from enum import IntEnum
 from typing import Any, Callable, List, NamedTuple, Optional, Sequence, SupportsIndex, Tuple, TypeVar, Union
 
@@ -308,10 +309,14 @@ class View:
             raise UnknownChannel(f"channels are 0 to {_native.CHANNELS - 1}, not {number}")
         return number
 
+    def _channel_list(self, channels: Sequence[ChannelLike]) -> List[ChannelLike]:
+        """Of any iterable, once; but the letters of a text are no channels."""
+        if isinstance(channels, (str, bytes)) or not isinstance(channels, Iterable):
+            raise TypeError(f"channels is a list of channels, not {channels!r}")
+        return list(channels)
+
     def _channel_numbers(self, channels: Sequence[ChannelLike]) -> List[int]:
-        if isinstance(channels, str):
-            raise TypeError("channels is a list of channels, not one text")
-        return [self._channel_number(channel) for channel in channels]
+        return [self._channel_number(channel) for channel in self._channel_list(channels)]
 
     def _similar(self, unknown: str) -> str:
         """For the text of an error: the name that differs in the case of its letters only."""
@@ -404,7 +409,7 @@ class View:
         return group, quiet != 0
 
     def set(self, channel: ChannelLike, value: Optional[float], boat: BoatLike = 0) -> bool:
-        """Writes a value in the channel's base unit; None clears it.
+        """Writes a value in the channel's base unit, any real number that a float can hold; None clears it.
 
         False when it was refused: the channel is blocked or write-locked, the boat does not keep it, or there is
         no section. True is no proof: the own boat's satellite-fix channels (Lat, Lon, COG, SOG, ...) drop a value

@@ -96,7 +96,11 @@ describe('values', () => {
 
     test('the clock and what is no number are not written', () => {
         assert.throws(() => t.set(0, 1), RangeError);
-        for (const nothing of [undefined, '1', 1n, {}]) assert.throws(() => t.set('BSP', nothing), TypeError);
+        for (const nothing of [undefined, '1', 1n, {}, Symbol('x')])
+            assert.throws(() => t.set('BSP', nothing), {
+                name: 'TypeError',
+                message: `a value is a number or null, not ${String(nothing)}`,
+            });
     });
 });
 
@@ -254,11 +258,25 @@ describe('samples', () => {
     });
 
     test('mistakes are told at the call', async () => {
-        for (const [channels, options] of [
-            [['bsp']], [['BSP'], { boat: 100 }], [['BSP', 'BSP']], ['BSP'],
-            [['BSP'], { interval: -1 }], [['BSP'], { interval: NaN }], [['BSP'], { interval: 86401 }], [['BSP'], { count: -1 }],
+        for (const [channels, options] of [[['bsp']], [['BSP'], { boat: 100 }], [['BSP', 'BSP']]])
+            assert.throws(() => t.samples(channels, options), RangeError);
+        for (const [options, name, message] of [
+            [{ interval: -1 }, 'RangeError', 'the interval is 0 to 86400 seconds, not -1'],
+            [{ interval: NaN }, 'RangeError', 'the interval is 0 to 86400 seconds, not NaN'],
+            [{ interval: 86401 }, 'RangeError', 'the interval is 0 to 86400 seconds, not 86401'],
+            [{ interval: '1' }, 'TypeError', 'the interval is a number, not 1'],
+            [{ interval: null }, 'TypeError', 'the interval is a number, not null'],
+            [{ count: -1 }, 'RangeError', 'the count is a whole number, 0 or more, or Infinity, not -1'],
+            [{ count: 1.5 }, 'RangeError', 'the count is a whole number, 0 or more, or Infinity, not 1.5'],
+            [{ count: NaN }, 'RangeError', 'the count is a whole number, 0 or more, or Infinity, not NaN'],
+            [{ count: '3' }, 'TypeError', 'the count is a number, not 3'],
+            [{ count: null }, 'TypeError', 'the count is a number, not null'],
+            [{ signal: 'stop' }, 'TypeError', 'the signal is an AbortSignal, not stop'],
+            [{ signal: null }, 'TypeError', 'the signal is an AbortSignal, not null'],
+            [null, 'TypeError', 'the options are an object, not null'],
+            [5, 'TypeError', 'the options are an object, not 5'],
         ])
-            assert.throws(() => t.samples(channels, options));
+            assert.throws(() => t.samples(['BSP'], options), { name, message });
         assert.deepEqual(await all(t.samples(['BSP'], { count: 0 })), []);
     });
 });

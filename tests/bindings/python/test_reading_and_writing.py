@@ -1,6 +1,7 @@
 """What is written is read, by this program and by others."""
 
 import datetime
+import decimal
 import fractions
 import math
 import threading
@@ -58,9 +59,19 @@ class Values(Case):
             with self.assertRaisesRegex(TypeError, "^a value is a number or None, not "):
                 tallowmere.set("BSP", value)
         self.assertEqual(tallowmere.get("BSP"), 6.4)
-        for value in (7, fractions.Fraction(7)):
+        for value in (10**400, -(10**400), 10**5000, decimal.Decimal("1e400"), decimal.Decimal("sNaN")):
+            with self.assertRaisesRegex(ValueError, "^a value is a number or None, and no float can hold this one$"):
+                tallowmere.set("BSP", value)
+        self.assertEqual(tallowmere.get("BSP"), 6.4)
+
+    def test_any_real_number_is_written(self) -> None:
+        for value in (7.5, fractions.Fraction(15, 2), decimal.Decimal("7.5")):
+            tallowmere.set("BSP", None)
             tallowmere.set("BSP", value)
-            self.assertEqual(tallowmere.get("BSP"), 7.0)
+            self.assertEqual(tallowmere.get("BSP"), 7.5)
+        for value in (10**300, decimal.Decimal("-Infinity")):
+            tallowmere.set("BSP", value)
+            self.assertEqual(tallowmere.get("BSP"), float(value))
 
     def test_a_value_older_than_its_time_out_is_stale(self) -> None:
         tallowmere.set("BSP", 6.4)
@@ -187,8 +198,9 @@ class Names(Case):
 
     def test_one_text_is_no_list_of_channels(self) -> None:
         for function in (tallowmere.read_group, tallowmere.boat(0).read_group, tallowmere.samples):
-            with self.assertRaisesRegex(TypeError, "list of channels"):
-                function("BSP")
+            for wrong in ("BSP", b"BSP", 5, None, tallowmere.channel("BSP")):
+                with self.assertRaisesRegex(TypeError, "^channels is a list of channels, not "):
+                    function(wrong)
 
     def test_user_channels_are_named_for_all(self) -> None:
         tallowmere.name_user_channel(3, "Möwe")
@@ -293,19 +305,30 @@ class Samples(Case):
         self.assertEqual(row["BSP"], 6.4)
 
     def test_mistakes_are_told_at_the_call(self) -> None:
-        for arguments in (
-            {"channels": ["bsp"]},
-            {"channels": ["BSP"], "boat": 100},
-            {"channels": ["BSP", "BSP"]},
-            {"channels": "BSP"},
-            {"channels": ["BSP"], "interval": -1},
-            {"channels": ["BSP"], "interval": math.nan},
-            {"channels": ["BSP"], "interval": 86401},
-            {"channels": ["BSP"], "count": -1},
+        for arguments, error, text in (
+            ({"channels": ["bsp"]}, tallowmere.UnknownChannel, "no channel is named "),
+            ({"boat": 100}, tallowmere.UnknownBoat, "boats are 0 to 99, not 100"),
+            ({"channels": ["BSP", "BSP"]}, ValueError, "two columns would have the same name: "),
+            ({"interval": -1}, ValueError, "the interval is 0 to 86400 seconds, not -1"),
+            ({"interval": math.nan}, ValueError, "the interval is 0 to 86400 seconds, not nan"),
+            ({"interval": 86401}, ValueError, "the interval is 0 to 86400 seconds, not 86401"),
+            ({"interval": 10**400}, ValueError, "the interval is a number, and no float can hold this one"),
+            ({"interval": "1"}, TypeError, "the interval is a number, not '1'"),
+            ({"interval": None}, TypeError, "the interval is a number, not None"),
+            ({"interval": True}, TypeError, "the interval is a number, not True"),
+            ({"count": -1}, ValueError, "the count is 0 or more, not -1"),
+            ({"count": "3"}, TypeError, "the count is a whole number or None, not '3'"),
+            ({"count": 1.5}, TypeError, r"the count is a whole number or None, not 1\.5"),
+            ({"count": True}, TypeError, "the count is a whole number or None, not True"),
         ):
-            with self.assertRaises((LookupError, TypeError, ValueError)):
-                tallowmere.samples(**arguments)
+            with self.subTest(arguments), self.assertRaisesRegex(error, f"^{text}"):
+                tallowmere.samples(**{"channels": ["BSP"], **arguments})
         self.assertEqual(list(tallowmere.samples(["BSP"], count=0)), [])
+
+    def test_any_iterable_names_the_channels(self) -> None:
+        tallowmere.set("BSP", 6.4)
+        (row,) = tallowmere.samples((name for name in ("BSP", "AWS")), interval=decimal.Decimal("0.1"), count=1)
+        self.assertEqual(list(row), ["time", "BSP", "AWS"])
 
 
 class AmongPrograms(Case):

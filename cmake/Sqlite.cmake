@@ -14,7 +14,7 @@ endif()
 add_library(third_party_sqlite STATIC ${sqlite_source}/sqlite3.c) # not ours: without our warnings
 target_include_directories(third_party_sqlite SYSTEM PUBLIC ${sqlite_source})
 target_compile_definitions(third_party_sqlite PRIVATE SQLITE_THREADSAFE=0 SQLITE_OMIT_LOAD_EXTENSION SQLITE_DQS=0)
-if(NOT MSVC)
-    # A third of the time that -O2 takes; a recorder's few hundred rows a second want no more.
+if(TALLOWMERE_TESTS AND NOT MSVC)
+    # A third of the time that optimising takes. What is packaged is built without tests, and optimised.
     target_compile_options(third_party_sqlite PRIVATE -O1)
 endif()

@@ -41,13 +41,17 @@ class Child {
     int out_ = -1;
 };
 
-/// Runs a function in a child that is stopped before and after each of its system calls, for `calls` such
-/// stops. `Ended` when the function ended before. `whileStopped` runs
-/// then, and the child is killed.
-enum class Stepped { Stopped, Ended, Failed, Unavailable };
+/// What became of a child that runs a function and is stopped before and after each of its system calls.
+enum class Stepped {
+    Stopped,     // it stood after that many stops
+    Ended,       // its function had ended before
+    Failed,      // it carried on from there, and its function's result was not 0
+    Unavailable, // this process may not trace its children
+};
+/// Stops a child after so many such stops, runs `whileStopped` if it stands there, and kills it. Never `Failed`.
 [[nodiscard]] Stepped killAfterSystemCalls(int calls, const std::function<void()>& body,
                                            const std::function<void()>& whileStopped);
-/// The same, but the child then carries on to its end; `Failed` when its function's result was not 0.
+/// The same, but the child then carries on to its end.
 [[nodiscard]] Stepped carryOnAfterSystemCalls(int calls, const std::function<int()>& body,
                                               const std::function<void()>& whileStopped);
 

@@ -1,5 +1,6 @@
 // The real program, killed while it records. This process holds the section.
 #include "core/ccore.hpp"
+#include "tests/support/temporary_folder.hpp"
 #include "tests/tools/record/posix/child.hpp"
 #include "tests/tools/record/recording_fixture.hpp"
 #include "tools/record/recording_reader.hpp"
@@ -8,9 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -19,17 +18,8 @@ namespace {
 
 using ::testing::IsEmpty;
 
-/// Empty, and of nobody else's: several builds may be tested at once.
-std::filesystem::path newFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "tallowmere-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder");
-    return name;
-}
-
 class KilledRecorder : public ::testing::TestWithParam<const char*> {
   protected:
-    ~KilledRecorder() override { std::filesystem::remove_all(folder_); }
-
     struct Content {
         std::vector<recording::Value> values;
         std::size_t sessions = 0;
@@ -62,8 +52,8 @@ class KilledRecorder : public ::testing::TestWithParam<const char*> {
     }
 
     const std::atomic<bool> never_{false};
-    const std::filesystem::path folder_ = newFolder();
-    const std::filesystem::path file_ = folder_ / GetParam();
+    const TemporaryFolder folder_;
+    const std::filesystem::path file_ = folder_.path() / GetParam();
     CCore core_{false};
     int written_ = 0;
 };
@@ -87,7 +77,7 @@ TEST_P(KilledRecorder, EndsCleanlyWhenItIsAsked) {
     EXPECT_EQ(recorder.end(SIGINT), 0);
     EXPECT_THAT(content().error, IsEmpty());
     std::size_t files = 0;
-    for ([[maybe_unused]] const auto& each : std::filesystem::directory_iterator(folder_)) ++files;
+    for ([[maybe_unused]] const auto& each : std::filesystem::directory_iterator(folder_.path())) ++files;
     EXPECT_EQ(files, 1U) << "nothing lies beside it";
 }
 

@@ -82,7 +82,7 @@ class Player {
         context_.err << '\n';
     }
     [[nodiscard]] std::uint64_t played() const noexcept { return played_; }
-    /// A part was asked for in which no file has a value.
+    /// A part was asked for in which nothing that was read has a value.
     [[nodiscard]] bool missedPart() const noexcept {
         const bool part = !options_.from.empty() || !options_.to.empty();
         return part && played_ == 0 && homeless_ == 0 && !yielded_ && !context_.stop;
@@ -262,7 +262,7 @@ int runPlay(const tools::CommandContext& context, const PlayOptions& options) {
         context.err << "tallowmere play: a host has taken the shared data; the replay gives way to live values\n";
         return tools::exit_code::kNotFound;
     }
-    if (player.missedPart()) {
+    if (whole && player.missedPart()) { // of files that were not read whole nobody knows
         context.err << "tallowmere play: no values lie between --from and --to: --from is after the end or after --to, "
                        "or --to before the start\n";
         return tools::exit_code::kNotFound;

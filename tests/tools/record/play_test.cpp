@@ -134,6 +134,10 @@ TEST_F(Play, APartWithoutValuesIsSaidAndIsNoSuccess) {
         EXPECT_THAT(result.err, HasSubstr("0 values played")) << part[1];
         EXPECT_THAT(result.err, HasSubstr("no values lie between --from and --to")) << part[1];
     }
+    const CommandRun unreadable = run({"play", path("a.csv"), path("none.csv"), "--from", "+500"});
+    EXPECT_EQ(unreadable.code, 1);
+    EXPECT_THAT(unreadable.err, HasSubstr("0 values played"));
+    EXPECT_THAT(unreadable.err, Not(HasSubstr("no values lie"))) << "the other file may have some";
     const CommandRun between = run({"play", path("a.csv"), "--from", "+2", "--to", "+4"});
     EXPECT_EQ(between.code, 0) << "the first value stood there";
     EXPECT_THAT(between.err, HasSubstr("1 values played"));

@@ -134,25 +134,25 @@ void TimeSeries::settle() {
     const std::int64_t until = freshUntil(value.time);
     if (until < begin_) return;
     value.time = begin_;
-    take(value);
-    freshUntil_ = std::min(freshUntil_, until);
+    if (take(value)) freshUntil_ = until;
 }
 
-void TimeSeries::take(const Value& value) {
+bool TimeSeries::take(const Value& value) {
     reach(value.time);
     if (!value.payload) {
         interrupted_ = true;
-        return;
+        return false;
     }
     const double number = numberOf(value);
     if (!(std::fabs(number) <= kLargest)) { // not a number, too
         ++left;
         interrupted_ = true;
-        return;
+        return false;
     }
-    if (!lines.empty() && value.time < lines.back().back().time) return;
+    if (!lines.empty() && value.time < lines.back().back().time) return false;
     put({value.time, number});
     freshUntil_ = freshUntil(value.time);
+    return true;
 }
 
 /// The line goes on to this moment, or ends where its value got stale.

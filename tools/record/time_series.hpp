@@ -37,7 +37,7 @@ struct TimeSeries {
   private:
     [[nodiscard]] std::int64_t freshUntil(std::int64_t time) const noexcept;
     void settle();
-    void take(const Value& value);
+    bool take(const Value& value); // true when it put a point
     void reach(std::int64_t time);
     void put(TimePoint point);
 

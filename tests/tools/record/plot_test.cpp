@@ -180,6 +180,15 @@ TEST_F(TimeSeriesTest, CodesAreStepsThatEndAtTheTimeOut) {
     EXPECT_THAT(stale.lines, IsEmpty());
 }
 
+TEST_F(TimeSeriesTest, AnOlderCodeThatIsLeftOutEndsNoLine) {
+    TimeSeries series = seriesOf(UnitClass::IntegerCode, {}, 10);
+    series.begin(kDay + 100 * kSecond);
+    add(series, 110, 3);
+    add(series, 95, 4); // the clock was set back for a moment
+    add(series, 118, 5);
+    EXPECT_THAT(shapeOf(series), ElementsAre(Line{{110, 3}, {118, 3}, {118, 5}}));
+}
+
 TEST_F(TimeSeriesTest, OtherValuesWithATimeOutGoStraightToTheNextAndNoFurther) {
     TimeSeries series = seriesOf(UnitClass::BoatSpeed, {1, 3});
     series.end(kDay + 5 * kSecond);

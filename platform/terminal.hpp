@@ -18,8 +18,12 @@ namespace tallowmere::platform {
 /// The same of standard error: each of the two may be redirected without the other.
 [[nodiscard]] bool errorIsTerminal() noexcept;
 
-/// Makes standard output take UTF-8 text and standard input give bytes unchanged.
+/// Makes standard output take UTF-8 text and standard input give bytes unchanged. A reader of a pipe who goes ends no
+/// program, but makes writing fail.
 void prepareStandardStreams() noexcept;
+
+/// True when a write failed because the reader of the pipe has gone. error: errno after the write
+[[nodiscard]] bool readerHasGone(int error) noexcept;
 
 /// Set to true, from now on, when the user asks the program to end (Ctrl-C, SIGTERM, a closed console).
 [[nodiscard]] const std::atomic<bool>& stopRequested() noexcept;

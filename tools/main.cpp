@@ -1,10 +1,8 @@
 // The program `tallowmere`: sets up the streams and hands the command line over.
 #include "platform/terminal.hpp"
-#include "tools/commands/lost_output.hpp"
 #include "tools/commands/program.hpp"
+#include "tools/standard_output.hpp"
 
-#include <cerrno>
-#include <cstdio>
 #include <exception>
 #include <iostream>
 
@@ -12,24 +10,17 @@ using namespace tallowmere;
 
 namespace {
 
-// Whole answers leave in one piece: a reader of the first lines only (head) does not break the writer.
-constexpr std::size_t kOutputBuffer = 65536;
-
 /// The exit code, unless the output was lost. A reader who has gone is nobody's fault.
-int finish(int exitCode) {
-    errno = 0;
-    std::cout.flush();
-    const bool written = std::cout.good() && std::fflush(stdout) == 0;
-    const int error = errno;
-    if (written || tools::readerHasGone(error)) return exitCode;
-    std::cerr << tools::kOutputLost;
+int finish(const tools::StandardOutput& output, int exitCode) {
+    if (std::cout.flush() || platform::readerHasGone(output.error())) return exitCode;
+    std::cerr << "tallowmere: the output could not be written\n";
     return tools::exit_code::kSystem;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    std::setvbuf(stdout, nullptr, _IOFBF, kOutputBuffer);
+    const tools::StandardOutput output;
     platform::prepareStandardStreams();
     const tools::CommandContext context{platform::hostPlatform(),
                                         std::cout,
@@ -41,7 +32,7 @@ int main(int argc, char** argv) {
                                         platform::openKeyboard,
                                         platform::settingsComplaints};
     try {
-        return finish(tools::runProgram(context, platform::commandLine(argc, argv)));
+        return finish(output, tools::runProgram(context, platform::commandLine(argc, argv)));
     } catch (const std::exception& error) { // out of memory, most likely
         std::cerr << "tallowmere: " << error.what() << '\n';
         return tools::exit_code::kSystem;

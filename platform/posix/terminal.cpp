@@ -2,6 +2,7 @@
 
 #include "platform/posix/raw_terminal.hpp"
 
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <unistd.h>
@@ -47,7 +48,14 @@ bool errorIsTerminal() noexcept {
     return understandsEscapes(STDERR_FILENO);
 }
 
-void prepareStandardStreams() noexcept {} // bytes pass as they are
+/// Bytes pass as they are.
+void prepareStandardStreams() noexcept {
+    static_cast<void>(::signal(SIGPIPE, SIG_IGN)); // a program started from here would inherit it; none is
+}
+
+bool readerHasGone(int error) noexcept {
+    return error == EPIPE;
+}
 
 const std::atomic<bool>& stopRequested() noexcept {
     static const bool watching = (watchSignals(), true);

@@ -5,6 +5,7 @@
 #include <io.h>
 #include <shellapi.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
@@ -73,6 +74,10 @@ void prepareStandardStreams() noexcept {
         (void)std::atexit(restoreOutputPage);
     }
     (void)::_setmode(::_fileno(stdin), _O_BINARY);
+}
+
+bool readerHasGone(int error) noexcept {
+    return error == EPIPE || error == EINVAL; // the run-time library has no number for a pipe that is being closed
 }
 
 const std::atomic<bool>& stopRequested() noexcept {

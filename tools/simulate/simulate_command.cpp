@@ -4,17 +4,15 @@
 #include "platform/platform.hpp"
 #include "platform/terminal.hpp"
 #include "tools/commands/exit_codes.hpp"
-#include "tools/commands/lost_output.hpp"
 #include "tools/commands/option_checks.hpp"
 #include "tools/simulate/instruments.hpp"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
 #include <cstdint>
-#include <cstdio>
+#include <iostream>
 #include <limits>
 #include <memory>
 #include <thread>
@@ -39,14 +37,7 @@ void sleepUntil(Clock::time_point due) {
         std::this_thread::sleep_for(std::min<Clock::duration>(kPiece, due - now));
 }
 
-/// How the program ends when a write has failed. error: errno after it
-int lostOutput(int error) {
-    if (tools::readerHasGone(error)) return tools::exit_code::kDone;
-    std::fputs(tools::kOutputLost, stderr);
-    return tools::exit_code::kSystem;
-}
-
-int runRace(const Arguments& arguments) {
+void runRace(const Arguments& arguments) {
     platform::prepareStandardStreams();
     simulate::Race race(arguments.seed);
     std::int64_t ticks = platform::hostPlatform().now() / kTicksPerSecond * kTicksPerSecond;
@@ -54,16 +45,12 @@ int runRace(const Arguments& arguments) {
     for (std::uint64_t second = 1; !platform::stopRequested(); ++second) {
         race.step();
         ticks += kTicksPerSecond;
-        const std::string text = simulate::linesOf(race, ticks);
-        errno = 0;
-        if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0)
-            return lostOutput(errno);
-        if (second == arguments.seconds) break;
+        std::cout << simulate::linesOf(race, ticks) << std::flush;
+        if (!std::cout || second == arguments.seconds) break; // why it can't be written is for the program's end
         if (arguments.speed > 0.0)
             sleepUntil(start + std::chrono::duration_cast<Clock::duration>(
                                    std::chrono::duration<double>(static_cast<double>(second) / arguments.speed)));
     }
-    return tools::exit_code::kDone;
 }
 
 } // namespace
@@ -84,7 +71,10 @@ void addSimulateCommand(CLI::App& app, int& exitCode) {
         ->check(tools::wholeNumberCheck(0, std::numeric_limits<std::uint32_t>::max()))
         ->type_name("SEED")
         ->capture_default_str();
-    command->callback([arguments, &exitCode] { exitCode = runRace(*arguments); });
+    command->callback([arguments, &exitCode] {
+        runRace(*arguments);
+        exitCode = tools::exit_code::kDone;
+    });
 }
 
 } // namespace tallowmere

@@ -20,11 +20,17 @@ ValueStore& valuesWithoutSection() noexcept {
 
 namespace {
 
+/// Where the corrector of that store lies. It has neither items nor memory of its own: nothing is lost when it is never
+/// destroyed, and a thread that runs while the program ends may be in it.
+alignas(Calibration) std::byte liveCalibration[sizeof(Calibration)];
+
 /// Constructed by the static initialisation of the library, that is while it is attached to the process.
 class LibraryCore {
   public:
     LibraryCore() noexcept : core_(false) {
-        ::new (detail::liveValues) ValueStore(core_.values());
+        auto* const values = reinterpret_cast<ValueStore*>(detail::liveValues); // is about to be made
+        auto* const calibration = ::new (liveCalibration) Calibration(values);
+        ::new (detail::liveValues) ValueStore(core_.context(), calibration);
         detail::liveArea.store(core_.area(), std::memory_order_release);
     }
     ~LibraryCore() { detail::liveArea.store(nullptr, std::memory_order_release); }

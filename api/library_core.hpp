@@ -15,8 +15,9 @@ namespace detail {
 /// object.
 extern constinit std::atomic<SharedArea*> liveArea;
 static_assert(std::atomic<SharedArea*>::is_always_lock_free);
-/// Where a copy of the core object's value store lies while there is a section: at a fixed place, because a write
-/// waits for every pointer on the way to its clock.
+/// Where the value store of the functions lies while there is a section: at a fixed place, because a write waits for
+/// every pointer on the way to its clock. Not the core object's own, which changes at its end: this one and all that
+/// it points to stay as they are.
 extern std::byte liveValues[];
 [[nodiscard]] ValueStore& valuesWithoutSection() noexcept;
 } // namespace detail

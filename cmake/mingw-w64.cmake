@@ -10,5 +10,9 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 # Packages also come from CMAKE_PREFIX_PATH, as they do natively.
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH)
+# Without the run-time library's debug information: Wine reads all of a file's sections whenever it is loaded.
+foreach(kind EXE SHARED MODULE)
+    set(CMAKE_${kind}_LINKER_FLAGS_RELEASE_INIT -s)
+endforeach()
 # Tests run through Wine, in the prefix that WINEPREFIX names (scripts/wine makes one where missing).
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/../scripts/wine)

@@ -2,6 +2,7 @@
 #include "tests/torture/roles.hpp"
 #include "tests/torture/self_checking.hpp"
 #include "tests/torture/system.hpp"
+#include "tests/torture/times.hpp"
 
 #include <algorithm>
 #include <cstdio>
@@ -12,7 +13,6 @@
 namespace tallowmere::torture {
 namespace {
 
-constexpr std::int64_t kMillisecond = 1'000'000; // ns
 constexpr std::int64_t kLongestVictim = 600'000 * kMillisecond;
 constexpr ChannelIndex kOwnChannel = ZAN_USER_20; // written by newcomers only
 constexpr int kTries = 1000;
@@ -54,61 +54,13 @@ void readAll(const Library& library) {
 class Longest {
   public:
     template <class Call> void time(Call call) {
-        const Moment start = Moment::now();
-        call();
-        const Moment took = Moment::now() - start;
+        const Moment took = timeOf(call);
         if (took.wall >= took_.wall) took_ = took;
     }
     [[nodiscard]] const Moment& took() const { return took_; }
 
   private:
     Moment took_{};
-};
-
-std::string asWords(const Moment& took) {
-    std::ostringstream words;
-    words << took.wall << ' ' << took.computing << ' ' << took.waits << ' ' << took.preempted << ' ';
-    return words.str();
-}
-
-/// How long one kind of call took, over all newcomers.
-class Times {
-  public:
-    void add(const Moment& took) {
-        all_.push_back(took.wall);
-        computing_ = std::max(computing_, took.computing);
-        if (took.wall <= kMillisecond) return;
-        ++over_;
-        if (took.computing > kMillisecond)
-            ++computed_;
-        else if (took.waits > 0)
-            ++waited_;
-        else
-            ++preempted_;
-    }
-    void print(const char* what) {
-        std::ranges::sort(all_);
-        const auto at = [&](double share) {
-            const double index = share * static_cast<double>(all_.size() - 1);
-            return microseconds(all_[static_cast<std::size_t>(index)]);
-        };
-        std::printf("%s: median %.1f us, 99 %% %.1f us, longest %.1f us; over 1 ms: %u of %zu", what, at(0.5), at(0.99),
-                    at(1.0), over_, all_.size());
-        if (Moment::tellsComputing())
-            std::printf(" (%u computed longer, %u waited, %u were preempted); longest computing %.1f us", computed_,
-                        waited_, preempted_, microseconds(computing_));
-        std::printf("\n");
-    }
-
-  private:
-    static double microseconds(std::int64_t nanoseconds) { return static_cast<double>(nanoseconds) / 1e3; }
-
-    std::vector<std::int64_t> all_;
-    std::int64_t computing_ = 0;
-    unsigned over_ = 0;
-    unsigned computed_ = 0;
-    unsigned waited_ = 0;
-    unsigned preempted_ = 0;
 };
 
 class Trial {
@@ -129,6 +81,7 @@ class Trial {
                     whileAttaching_, whileMaking_);
         std::printf("%u newcomers ran with a priority that others don't have\n", first_);
         attach_.print("attach");
+        loading_.print("loading the library without its attach, after that");
         calls_.print("read or write (the longest of each newcomer)");
         std::printf("newcomers whose first write came back at once: %u, after another attempt because the section "
                     "was being filled: %u; newcomers that met a section filled in part: %u\n",
@@ -175,14 +128,15 @@ class Trial {
         std::string verdict;
         Moment attach;
         Moment call;
+        Moment loading;
         int tries = 0;
         int filled = 0;
         int first = 0;
-        words >> verdict >> attach.wall >> attach.computing >> attach.waits >> attach.preempted >> call.wall >>
-            call.computing >> call.waits >> call.preempted >> tries >> filled >> first;
+        words >> verdict >> attach >> call >> loading >> tries >> filled >> first;
         if (!words || verdict != "ok") throw std::runtime_error("kill " + std::to_string(kill) + ": " + words.str());
         if (newcomer.finish() != 0) throw std::runtime_error("a newcomer ended with an error");
         attach_.add(attach);
+        loading_.add(loading);
         calls_.add(call);
         if (tries > 1) ++again_;
         if (filled == 0) ++partlyFilled_;
@@ -193,6 +147,7 @@ class Trial {
     std::mt19937 random_;
     std::vector<std::unique_ptr<Victim>> victims_;
     Times attach_;
+    Times loading_;
     Times calls_;
     unsigned whileAttaching_ = 0;
     unsigned whileMaking_ = 0;
@@ -223,8 +178,7 @@ int beNewcomer(const Arguments& arguments) {
     const auto number = static_cast<std::uint32_t>(std::stoul(arguments.at(0)));
     const bool first = comeFirst();
     std::unique_ptr<Library> library;
-    Longest attach;
-    attach.time([&] { library = std::make_unique<Library>(); });
+    const Moment attach = timeOf([&] { library = std::make_unique<Library>(); });
     Longest call;
     const double mine = selfChecking({2, number}, kOwnChannel, 0);
     double value = 0;
@@ -242,11 +196,14 @@ int beNewcomer(const Arguments& arguments) {
         call.time([&] { back = library->getZanVar(kOwnChannel, &value, 0, &source) != 0 && value == mine; });
     }
     const bool filled = setting != 0.0;
-    say((back     ? "ok "
-         : stored ? "lost "
-                  : "refused ") +
-        asWords(attach.took()) + asWords(call.took()) + std::to_string(tries) + (filled ? " 1" : " 0") +
-        (first ? " 1\n" : " 0\n"));
+    std::unique_ptr<Module> late;
+    const Moment loading = timeOf([&] { late = std::make_unique<Module>(TALLOWMERE_LATE_LIBRARY); });
+    std::ostringstream words;
+    words << (back     ? "ok "
+              : stored ? "lost "
+                       : "refused ")
+          << attach << call.took() << loading << tries << ' ' << filled << ' ' << first << '\n';
+    say(words.str());
     return 0;
 }
 

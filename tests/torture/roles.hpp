@@ -1,4 +1,4 @@
-// The parts that a process of the torture program plays: three trials, and the roles that they give out.
+// The parts that a process of the torture program plays: four trials, and the roles that they give out.
 #pragma once
 
 #include <cstdint>
@@ -14,6 +14,10 @@ using Arguments = std::vector<std::string>;
 int runKills(unsigned kills, std::uint32_t seed);
 int beVictim(const Arguments& arguments);   // attacher, writer or reader; until it is killed
 int beNewcomer(const Arguments& arguments); // after a kill
+
+/// Loads the library, one that attaches late and an empty one in fresh processes. Exit code.
+int runAttaches(unsigned rounds);
+int beLoader(const Arguments& arguments); // of the library, late or empty
 
 /// Eight processes write and read at full speed. Exit code.
 int runReaders(unsigned seconds);

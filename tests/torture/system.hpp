@@ -45,22 +45,36 @@ class Process {
     State* state_;
 };
 
-/// The shared library while it is loaded, by its eleven names.
-class Library {
+/// A shared library while it is loaded.
+class Module {
   public:
     /// Loads it; throws where that fails.
-    Library();
-    ~Library();
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
+    explicit Module(const char* path);
+    ~Module();
+    Module(const Module&) = delete;
+    Module& operator=(const Module&) = delete;
 
-    decltype(&GetZanVar) getZanVar = nullptr;
-    decltype(&GetZanVar2) getZanVar2 = nullptr;
-    decltype(&SetZanVar) setZanVar = nullptr;
-    decltype(&GetSysVar) getSysVar = nullptr;
+    /// Its function of that name; throws where there is none.
+    template <class Function> [[nodiscard]] Function function(const char* name) const {
+        return reinterpret_cast<Function>(find(name));
+    }
 
   private:
-    void* module_ = nullptr;
+    using AnyFunction = void (*)();
+    [[nodiscard]] AnyFunction find(const char* name) const;
+
+    void* handle_;
+};
+
+/// Tallowmere's own while it is loaded, by its eleven names.
+class Library {
+    Module module_{TALLOWMERE_LIBRARY};
+
+  public:
+    decltype(&GetZanVar) getZanVar = module_.function<decltype(&GetZanVar)>("GetZanVar");
+    decltype(&GetZanVar2) getZanVar2 = module_.function<decltype(&GetZanVar2)>("GetZanVar2");
+    decltype(&SetZanVar) setZanVar = module_.function<decltype(&SetZanVar)>("SetZanVar");
+    decltype(&GetSysVar) getSysVar = module_.function<decltype(&GetSysVar)>("GetSysVar");
 };
 
 /// A moment as this thread sees it. What the thread did not compute between two of them it waited for, or the

@@ -1,5 +1,6 @@
 // Many processes on one section, killed, racing, crowded. See scripts/torture.
 //   torture kills [COUNT [SEED]]
+//   torture attaches [ROUNDS]
 //   torture readers [SECONDS]
 //   torture load [PROCESSES [SECONDS]]
 #include "tests/torture/roles.hpp"
@@ -21,6 +22,10 @@ int kills(const Arguments& arguments) {
     return runKills(numberAt(arguments, 0, 200), numberAt(arguments, 1, std::random_device{}()));
 }
 
+int attaches(const Arguments& arguments) {
+    return runAttaches(numberAt(arguments, 0, 20));
+}
+
 int readers(const Arguments& arguments) {
     return runReaders(numberAt(arguments, 0, 2));
 }
@@ -31,20 +36,23 @@ int load(const Arguments& arguments) {
 
 /// Played in a process that another one of this program started.
 bool isRole(const std::string& part) {
-    return part != "kills" && part != "readers" && part != "load";
+    return part != "kills" && part != "attaches" && part != "readers" && part != "load";
 }
 
 } // namespace
 
 int main(int count, char** words) {
     const std::map<std::string, int (*)(const Arguments&)> parts{
-        {"kills", kills},   {"readers", readers}, {"load", load},       {"victim", beVictim}, {"newcomer", beNewcomer},
-        {"racer", beRacer}, {"sitter", beSitter}, {"feeder", beFeeder}, {"comer", beComer},
+        {"kills", kills},     {"attaches", attaches},   {"readers", readers}, {"load", load},
+        {"victim", beVictim}, {"newcomer", beNewcomer}, {"loader", beLoader}, {"racer", beRacer},
+        {"sitter", beSitter}, {"feeder", beFeeder},     {"comer", beComer},
     };
     const Arguments all(words + 1, words + count);
     const auto part = all.empty() ? parts.end() : parts.find(all.front());
     if (part == parts.end()) {
-        std::fprintf(stderr, "torture: kills [COUNT [SEED]], readers [SECONDS] or load [PROCESSES [SECONDS]]\n");
+        std::fprintf(
+            stderr,
+            "torture: kills [COUNT [SEED]], attaches [ROUNDS], readers [SECONDS] or load [PROCESSES [SECONDS]]\n");
         return 2;
     }
     try {

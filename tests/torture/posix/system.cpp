@@ -170,23 +170,18 @@ Usage Process::usage() const {
     return usage;
 }
 
-namespace {
-template <class Function> void findName(void* module, const char* name, Function& function) {
-    function = reinterpret_cast<Function>(::dlsym(module, name));
-    if (function == nullptr) throw std::runtime_error(name);
-}
-} // namespace
-
-Library::Library() : module_(::dlopen(TALLOWMERE_LIBRARY, RTLD_NOW | RTLD_LOCAL)) {
-    if (module_ == nullptr) throw std::runtime_error(::dlerror());
-    findName(module_, "GetZanVar", getZanVar);
-    findName(module_, "GetZanVar2", getZanVar2);
-    findName(module_, "SetZanVar", setZanVar);
-    findName(module_, "GetSysVar", getSysVar);
+Module::Module(const char* path) : handle_(::dlopen(path, RTLD_NOW | RTLD_LOCAL)) {
+    if (handle_ == nullptr) throw std::runtime_error(::dlerror());
 }
 
-Library::~Library() {
-    ::dlclose(module_);
+Module::~Module() {
+    ::dlclose(handle_);
+}
+
+Module::AnyFunction Module::find(const char* name) const {
+    const auto found = reinterpret_cast<AnyFunction>(::dlsym(handle_, name));
+    if (found == nullptr) throw std::runtime_error(name);
+    return found;
 }
 
 Moment Moment::now() {

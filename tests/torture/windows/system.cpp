@@ -178,25 +178,19 @@ Usage Process::usage() const {
     return {memory.PrivateUsage, memory.WorkingSetSize, handles};
 }
 
-namespace {
-template <class Function> void findName(void* module, const char* name, Function& function) {
-    const FARPROC found = ::GetProcAddress(static_cast<HMODULE>(module), name);
+Module::Module(const char* path)
+    : handle_(::LoadLibraryW(std::filesystem::path(path).make_preferred().wstring().c_str())) {
+    if (handle_ == nullptr) throw std::runtime_error("a library does not load");
+}
+
+Module::~Module() {
+    ::FreeLibrary(static_cast<HMODULE>(handle_));
+}
+
+Module::AnyFunction Module::find(const char* name) const {
+    const FARPROC found = ::GetProcAddress(static_cast<HMODULE>(handle_), name);
     if (found == nullptr) throw std::runtime_error(name);
-    function = reinterpret_cast<Function>(reinterpret_cast<void (*)()>(found));
-}
-} // namespace
-
-Library::Library()
-    : module_(::LoadLibraryW(std::filesystem::path(TALLOWMERE_LIBRARY).make_preferred().wstring().c_str())) {
-    if (module_ == nullptr) throw std::runtime_error("the library does not load");
-    findName(module_, "GetZanVar", getZanVar);
-    findName(module_, "GetZanVar2", getZanVar2);
-    findName(module_, "SetZanVar", setZanVar);
-    findName(module_, "GetSysVar", getSysVar);
-}
-
-Library::~Library() {
-    ::FreeLibrary(static_cast<HMODULE>(module_));
+    return reinterpret_cast<AnyFunction>(found);
 }
 
 Moment Moment::now() {

@@ -18,8 +18,8 @@ ValueStore& valuesWithoutSection() noexcept {
 } // namespace detail
 
 void fuzz::exportCore(CCore& core) noexcept {
-    ::new (detail::liveValues) ValueStore(core.values());
-    detail::liveArea = core.area();
+    ::new (tallowmere::detail::liveValues) ValueStore(core.values());
+    tallowmere::detail::liveArea = core.area();
 }
 
 } // namespace tallowmere

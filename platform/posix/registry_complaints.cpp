@@ -59,9 +59,9 @@ class StrictReader {
     }
     /// Of two lines for one value the later counts.
     void takeName(const std::u16string& name) {
-        const auto [before, isNew] = lines_.try_emplace({key_, name}, number_);
-        if (!isNew) complain("sets the value of line " + std::to_string(before->second) + " again", "this one counts");
-        before->second = number_;
+        const auto [earlier, isNew] = lines_.try_emplace({key_, name}, number_);
+        if (!isNew) complain("sets the value of line " + std::to_string(earlier->second) + " again", "this one counts");
+        earlier->second = number_;
     }
     void complain(std::string_view what, std::string_view effect) {
         complaints_.push_back({file_, number_, std::string(what), std::string(effect)});

@@ -17,7 +17,7 @@ constexpr const char* kNewFile = "registry.reg.new";   // what a killed writer l
 constexpr const char* kLockFile = "registry.reg.lock"; // stays
 constexpr off_t kLargestFile = off_t{16} << 20;
 constexpr mode_t kStrangersWriting = S_IWGRP | S_IWOTH; // a group may have other members
-constexpr int kPatience = 500;                          // tries, a millisecond apart
+constexpr int kLockTries = 500;                         // tries, a millisecond apart
 
 std::string configurationHome() {
     return userFolder("XDG_CONFIG_HOME", ".config");
@@ -96,7 +96,7 @@ bool SettingsFile::replace(const std::string& bytes) const {
 
 SettingsFile::WriteLock::WriteLock(const SettingsFile& file) noexcept
     : file_(file.folder_ ? openLockFile(file.folder_.get()) : Descriptor()) {
-    for (int attempt = 0; file_ && attempt < kPatience && !held_; ++attempt) {
+    for (int attempt = 0; file_ && attempt < kLockTries && !held_; ++attempt) {
         held_ = ::flock(file_.get(), LOCK_EX | LOCK_NB) == 0;
         if (!held_) sleepFor(std::chrono::milliseconds(1));
     }

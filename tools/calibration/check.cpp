@@ -38,7 +38,7 @@ void checkItemFile(Platform& platform, UserCalibration& user, std::size_t id, Fi
     const CalibrationItem& item = user.item(id);
     if (platform.exists(item.file)) return checkCalibrationFile(platform, item.file, id, findings);
     if (isSwitchedOn(platform, id) && !hasFileSetting(platform, id))
-        findings.add(item.file, 0, "is missing, though " + tools::quoted(item.name) + " is in use",
+        findings.add(item.file, 0, "is missing, though " + tools::inQuotes(item.name) + " is in use",
                      "the table is empty and gives no correction");
 }
 
@@ -127,7 +127,7 @@ int runCheck(const CommandContext& context, const std::string& target, bool json
     const auto path = wideFileName(target);
     if (!path || !context.platform.exists(*path)) {
         context.err << "tallowmere: there is neither a calibration item nor a file "
-                    << tools::quoted(std::string_view(target)) << "; " << item.error << '\n';
+                    << tools::inQuotes(std::string_view(target)) << "; " << item.error << '\n';
         return exit_code::kUsage;
     }
     checkFile(context.platform, *path, findings);

@@ -13,7 +13,6 @@ namespace tallowmere::tools {
 namespace {
 
 constexpr std::size_t kFewestFields = 9; // the row and eight channels
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 void dropSpace(std::string_view& rest) {
     rest.remove_prefix(std::min(rest.find_first_not_of(" \t\n\v\f\r"), rest.size()));
@@ -91,7 +90,7 @@ class AlternateChecker {
         Scan found = scan(text, true);
         const std::size_t byCommas = found.filled;
         if (byCommas < kFewestFields) found = scan(text, false);
-        if (found.filled == 0) return report(quoted(text) + " begins with no row number", "the line is skipped");
+        if (found.filled == 0) return report(inQuotes(text) + " begins with no row number", "the line is skipped");
         if (found.filled < kFewestFields)
             return report("has " + std::to_string(std::max(found.filled, byCommas) - 1) +
                               " channel numbers, and at least 8 are needed",
@@ -105,7 +104,7 @@ class AlternateChecker {
         before = line_;
         for (std::size_t column = 0; column + 1 < found.filled; ++column) cell(column, found.numbers[column]);
         if (found.filled == kFewestFields) carryOver();
-        if (!found.rest.empty()) report(quoted(found.rest) + " follows the channel numbers", "it is ignored");
+        if (!found.rest.empty()) report(inQuotes(found.rest) + " follows the channel numbers", "it is ignored");
     }
 
     /// 0 and 32767 are the usual ways to leave a cell out.

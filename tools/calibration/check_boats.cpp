@@ -12,7 +12,7 @@
 namespace tallowmere::tools {
 namespace {
 
-constexpr std::size_t kLongestName = 31;
+constexpr std::size_t kLongestBoatName = 31;
 constexpr std::size_t kMmsiDigits = 9;
 
 /// Walks an element's attributes in their order, as the library does.
@@ -23,7 +23,7 @@ class BoatChecker {
         hasId_ = false;
         for (const platform::XmlAttribute& attribute : element.attributes) {
             if (attribute.value.empty())
-                report.add(quoted(attribute.name) + " is empty", "it is ignored");
+                report.add(inQuotes(attribute.name) + " is empty", "it is ignored");
             else
                 this->attribute(attribute, report);
         }
@@ -40,9 +40,9 @@ class BoatChecker {
         else if (is(u"r") || is(u"g") || is(u"b"))
             colour(lowerCased(printable(name)), value, report);
         else if (!is(u"name") && !is(u"mmsi"))
-            report.add("unknown attribute " + quoted(name), "it is ignored");
+            report.add("unknown attribute " + inQuotes(name), "it is ignored");
         else if (!hasId_)
-            report.add(quoted(name) + " stands before the id", "it is ignored");
+            report.add(inQuotes(name) + " stands before the id", "it is ignored");
         else if (boat_)
             is(u"name") ? this->name(value, report) : mmsi(value, report);
     }
@@ -63,15 +63,15 @@ class BoatChecker {
     }
 
     static void name(std::u16string_view value, const ElementReport& report) {
-        if (value.size() > kLongestName)
-            report.add("name " + quoted(value) + " has more than 31 characters",
-                       "it is cut to " + quoted(value.substr(0, kLongestName)));
+        if (value.size() > kLongestBoatName)
+            report.add("name " + inQuotes(value) + " has more than 31 characters",
+                       "it is cut to " + inQuotes(value.substr(0, kLongestBoatName)));
     }
 
     static void mmsi(std::u16string_view value, const ElementReport& report) {
         if (value.size() == kMmsiDigits && isWholeNumber(value) && value.front() >= u'0') return;
         const auto read = leadingUnsigned(value);
-        report.add("mmsi " + quoted(value) + " has not nine digits",
+        report.add("mmsi " + inQuotes(value) + " has not nine digits",
                    read ? "it is read as " + std::to_string(*read) : "it is ignored");
     }
 

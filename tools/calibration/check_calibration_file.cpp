@@ -16,7 +16,6 @@ namespace tallowmere::tools {
 namespace {
 
 constexpr std::string_view kSeparators = " ,\t";
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr char kGap[] = "beside it a straight curve has no value and a smooth one keeps its neighbour's";
 
 std::vector<std::string_view> fieldsOf(std::string_view line) {
@@ -133,20 +132,21 @@ class FileChecker {
         const std::string_view field = fields.front();
         if (std::string_view("+-.0123456789").find(field.front()) != std::string_view::npos &&
             field.find_first_of("0123456789") != std::string_view::npos)
-            return report("its first field " + quoted(field) + " is not read as a number", "the line is passed over");
+            return report("its first field " + inQuotes(field) + " is not read as a number", "the line is passed over");
         if (std::string_view("!#%;:/*'\"-=").find(field.front()) != std::string_view::npos || fields.size() < 3) return;
         for (const std::string_view other : std::vector(fields.begin() + 1, fields.end()))
             if (!isDecimalNumber(other)) return;
-        report("its first field " + quoted(field) + " is no number, though numbers follow", "the line is passed over");
+        report("its first field " + inQuotes(field) + " is no number, though numbers follow",
+               "the line is passed over");
     }
 
     void checkFields(const std::vector<std::string_view>& fields, std::size_t numbers) {
         for (std::size_t k = 0; k < numbers; ++k)
             if (!isDecimalNumber(fields[k]))
-                report("field " + std::to_string(k + 1) + " " + quoted(fields[k]) + " has text after its number",
+                report("field " + std::to_string(k + 1) + " " + inQuotes(fields[k]) + " has text after its number",
                        "it is read as " + numberOf(*leadingDecimal(fields[k])));
         if (numbers < fields.size())
-            report("field " + std::to_string(numbers + 1) + " " + quoted(fields[numbers]) + " is no number",
+            report("field " + std::to_string(numbers + 1) + " " + inQuotes(fields[numbers]) + " is no number",
                    "the line ends before it");
     }
 

@@ -12,7 +12,7 @@
 namespace tallowmere::tools {
 namespace {
 
-constexpr std::size_t kLongestName = 31;
+constexpr std::size_t kLongestLongName = 31;
 constexpr std::size_t kLongestShortName = 15;
 constexpr std::int32_t kLargestClass = static_cast<std::int32_t>(UnitClass::FluidPressure);
 
@@ -28,7 +28,7 @@ class ChannelChecker {
         hasId_ = false;
         for (const platform::XmlAttribute& attribute : element.attributes) {
             if (attribute.value.empty())
-                report.add(quoted(attribute.name) + " is empty", "it is ignored");
+                report.add(inQuotes(attribute.name) + " is empty", "it is ignored");
             else
                 this->attribute(attribute, report);
         }
@@ -42,8 +42,8 @@ class ChannelChecker {
         const auto is = [&](std::u16string_view other) { return equalsIgnoringCase(name, other); };
         if (is(u"id")) return id(value, report);
         if (!is(u"log") && !is(u"damp") && !is(u"prec") && !is(u"type") && !is(u"user"))
-            return report.add("unknown attribute " + quoted(name), "it is ignored");
-        if (!hasId_) return report.add(quoted(name) + " stands before the id", "it is ignored");
+            return report.add("unknown attribute " + inQuotes(name), "it is ignored");
+        if (!hasId_) return report.add(inQuotes(name) + " stands before the id", "it is ignored");
         if (channel_ == 0) return;
         if (is(u"log")) log(value, report);
         if (is(u"damp")) damp(value, report);
@@ -73,7 +73,7 @@ class ChannelChecker {
 
     static void log(std::u16string_view value, const ElementReport& report) {
         if (!equalsIgnoringCase(value, u"true") && !equalsIgnoringCase(value, u"false"))
-            report.add("log " + quoted(value) + " is neither true nor false", "it counts as true");
+            report.add("log " + inQuotes(value) + " is neither true nor false", "it counts as true");
     }
 
     void damp(std::u16string_view value, const ElementReport& report) const {
@@ -126,12 +126,12 @@ class ChannelChecker {
     void user(std::u16string_view value, const ElementReport& report) const {
         if (!isUserChannel(channel_))
             return report.add(channelText() + " is no user channel (172 to 203)", "user is ignored");
-        if (value.size() > kLongestName)
-            report.add("user " + quoted(value) + " has more than 31 characters",
-                       "the long name is cut to " + quoted(value.substr(0, kLongestName)));
+        if (value.size() > kLongestLongName)
+            report.add("user " + inQuotes(value) + " has more than 31 characters",
+                       "the long name is cut to " + inQuotes(value.substr(0, kLongestLongName)));
         if (value.size() > kLongestShortName)
-            report.add("user " + quoted(value) + " has more than 15 characters",
-                       "the short name is cut to " + quoted(value.substr(0, kLongestShortName)));
+            report.add("user " + inQuotes(value) + " has more than 15 characters",
+                       "the short name is cut to " + inQuotes(value.substr(0, kLongestShortName)));
     }
 
     std::array<UnitClass, kChannelCount> classes_{}; // as the file has set them so far

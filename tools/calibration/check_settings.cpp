@@ -32,9 +32,9 @@ void checkDataFolder(const platform::Platform& platform, StoredValues& values) {
     if (!folder) return;
     if (folder->empty()) return values.report(name, "is empty", "the default folder is used");
     if (!platform.exists(seen(*folder)))
-        return values.report(name, quoted(*folder) + " does not exist", "the default folder is used");
+        return values.report(name, inQuotes(*folder) + " does not exist", "the default folder is used");
     if (!platform.isDirectory(seen(*folder)))
-        values.report(name, quoted(*folder) + " is no folder", "it is taken all the same, and no file is found");
+        values.report(name, inQuotes(*folder) + " is no folder", "it is taken all the same, and no file is found");
     checkLength(values, name, *folder);
 }
 
@@ -46,7 +46,7 @@ void checkDatabase(const platform::Platform& platform, StoredValues& values) {
     const std::u16string kept = seen(path->substr(0, kLongestPath));
     const std::u16string last = kept.substr(kept.find_last_of(platform.separator() == u'\\' ? u"\\/:" : u"/") + 1);
     if (last.size() <= 3 || !last.ends_with(u".db"))
-        values.report(name, quoted(*path) + " does not end in \".db\"", "the default database is used");
+        values.report(name, inQuotes(*path) + " does not end in \".db\"", "the default database is used");
 }
 
 void checkMarks(StoredValues& values) {
@@ -116,7 +116,7 @@ void checkNumbers(StoredValues& values, std::initializer_list<Numbered> families
 
 void checkItem(const platform::Platform& platform, StoredValues& values, std::size_t id) {
     if (const auto file = values.text(indexedName(u"CalFile_", id)); file && !platform.exists(*file))
-        values.report(indexedName(u"CalFile_", id), quoted(*file) + " does not exist",
+        values.report(indexedName(u"CalFile_", id), inQuotes(*file) + " does not exist",
                       "the item's table is empty and gives no correction");
     const auto use = values.integer(indexedName(u"CalUse_", id), true);
     if (id == calibration_item::kRateOfTurn && use && *use == 0)

@@ -29,11 +29,11 @@ void Findings::add(std::u16string_view place, std::size_t line, std::string what
         kept_.push_back({printable(place), line, "more problems follow", "they are counted only"});
 }
 
-std::string quoted(std::u16string_view text) {
+std::string inQuotes(std::u16string_view text) {
     return inQuotes(printable(text.substr(0, 2 * kMostQuoted)));
 }
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
     return inQuotes(printable(text.substr(0, 4 * kMostQuoted)));
 }
 

@@ -8,6 +8,9 @@
 
 namespace tallowmere::tools {
 
+/// What some editors put before UTF-8 text, and the library does not know.
+inline constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+
 /// One problem. All text is printable UTF-8.
 struct Problem {
     std::string place; // a file, or a value of the user's settings
@@ -37,7 +40,7 @@ class Findings {
 };
 
 /// A text of the user in quotes, printable, cut after 40 characters.
-[[nodiscard]] std::string quoted(std::u16string_view text);
-[[nodiscard]] std::string quoted(std::string_view text);
+[[nodiscard]] std::string inQuotes(std::u16string_view text);
+[[nodiscard]] std::string inQuotes(std::string_view text);
 
 } // namespace tallowmere::tools

@@ -58,7 +58,7 @@ std::optional<std::u16string> StoredValues::text(const std::u16string& name) {
     if (!settings_->read(name, std::as_writable_bytes(std::span(text)))) return std::nullopt;
     if (!text.empty() && text.back() == u'\0') text.pop_back();
     if (const std::size_t end = text.find(u'\0'); end != text.npos)
-        report(name, "has a null character within", "the text ends there: " + quoted(text.substr(0, end)));
+        report(name, "has a null character within", "the text ends there: " + inQuotes(text.substr(0, end)));
     return text;
 }
 

@@ -12,7 +12,7 @@ namespace {
 
 constexpr double kWidth = 900;
 constexpr double kHeight = 540;
-constexpr double kLeft = 76;
+constexpr double kLeftEdge = 76;
 constexpr double kTop = 72;
 constexpr double kBottom = kHeight - 64;
 constexpr double kLegendWidth = 140;
@@ -59,21 +59,21 @@ class SvgWriter {
 
   private:
     [[nodiscard]] double px(double x) const {
-        return kLeft + (x - chart_.x.low) / (chart_.x.high - chart_.x.low) * (right_ - kLeft);
+        return kLeftEdge + (x - chart_.x.low) / (chart_.x.high - chart_.x.low) * (right_ - kLeftEdge);
     }
     [[nodiscard]] double py(double y) const { return kBottom - (y - y_.low) / (y_.high - y_.low) * (kBottom - kTop); }
 
     void titles() {
-        svg_.text(kLeft, 32, "font-size=\"20\" font-weight=\"bold\"", chart_.title);
-        svg_.text(kLeft, 54, "fill=\"#666\"", chart_.subtitle);
-        svg_.text((kLeft + right_) / 2, kHeight - 18, "text-anchor=\"middle\" font-size=\"14\"", chart_.xTitle);
+        svg_.text(kLeftEdge, 32, "font-size=\"20\" font-weight=\"bold\"", chart_.title);
+        svg_.text(kLeftEdge, 54, "fill=\"#666\"", chart_.subtitle);
+        svg_.text((kLeftEdge + right_) / 2, kHeight - 18, "text-anchor=\"middle\" font-size=\"14\"", chart_.xTitle);
         const double middle = (kTop + kBottom) / 2;
         svg_.text(22, middle,
                   "text-anchor=\"middle\" font-size=\"14\" transform=\"rotate(-90 22 " + svgNumber(middle) + ")\"",
                   chart_.yTitle);
         const bool empty = std::ranges::all_of(chart_.series, [](const Series& s) { return s.knots.empty(); });
         if (empty)
-            svg_.text((kLeft + right_) / 2, middle, "text-anchor=\"middle\" font-size=\"18\" fill=\"#999\"",
+            svg_.text((kLeftEdge + right_) / 2, middle, "text-anchor=\"middle\" font-size=\"18\" fill=\"#999\"",
                       "no values");
     }
 
@@ -83,18 +83,18 @@ class SvgWriter {
             svg_.line(px(tick), kTop, px(tick), kBottom, "stroke=\"#e4e4e4\"");
             svg_.text(px(tick), kBottom + 20, "text-anchor=\"middle\"", ticks.label(tick));
         }
-        svg_.line(kLeft, kBottom, right_, kBottom, "stroke=\"#888\"");
+        svg_.line(kLeftEdge, kBottom, right_, kBottom, "stroke=\"#888\"");
     }
 
     void yAxis() {
         const Ticks ticks = makeTicks(y_, 8, false);
         for (const double tick : ticks.at) {
             const bool zero = std::fabs(tick) < (y_.high - y_.low) * 1e-9;
-            svg_.line(kLeft, py(tick), right_, py(tick),
+            svg_.line(kLeftEdge, py(tick), right_, py(tick),
                       zero ? "stroke=\"#666\" stroke-width=\"1.2\"" : "stroke=\"#e4e4e4\"");
-            svg_.text(kLeft - 8, py(tick) + 4.5, "text-anchor=\"end\"", ticks.label(tick));
+            svg_.text(kLeftEdge - 8, py(tick) + 4.5, "text-anchor=\"end\"", ticks.label(tick));
         }
-        svg_.line(kLeft, kTop, kLeft, kBottom, "stroke=\"#888\"");
+        svg_.line(kLeftEdge, kTop, kLeftEdge, kBottom, "stroke=\"#888\"");
     }
 
     void series(std::size_t index) {

@@ -11,7 +11,7 @@ std::int32_t ElementReport::integer(std::string_view attribute, std::u16string_v
     const std::int32_t number = leadingInteger(text);
     const auto scanned = NumberScanner<char16_t>(text).number();
     if (!isWholeNumber(text) || (scanned && scanned->asInt64() != number))
-        add(std::string(attribute) + " " + quoted(text) + " is no whole number of 32 bits",
+        add(std::string(attribute) + " " + inQuotes(text) + " is no whole number of 32 bits",
             "it is read as " + std::to_string(number));
     return number;
 }
@@ -34,14 +34,14 @@ void checkXmlDocument(const platform::Platform& platform, const std::u16string& 
         return findings.add(path, reader->line(), "has no element", "nothing is read");
     }
     if (!equalsIgnoringCase(element.name, root))
-        return findings.add(path, reader->line(), "its root is " + quoted(element.name) + ", not " + quoted(root),
+        return findings.add(path, reader->line(), "its root is " + inQuotes(element.name) + ", not " + inQuotes(root),
                             "nothing is read");
     while (reader->next(element)) {
         const ElementReport report{path, reader->line(), findings};
         if (equalsIgnoringCase(element.name, elementName))
             handle(element, report);
         else
-            report.add("unknown element " + quoted(element.name), "it is ignored");
+            report.add("unknown element " + inQuotes(element.name), "it is ignored");
     }
     reportMalformed("what stands before it is read, the rest is not");
 }

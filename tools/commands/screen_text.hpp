@@ -11,6 +11,9 @@
 
 namespace tallowmere::tools {
 
+/// Empties a terminal's line where the cursor stands, to be written anew.
+inline constexpr std::string_view kEraseLine = "\r\x1b[K";
+
 enum class Style : std::uint8_t { Plain, Bold, Dim, Reverse };
 
 class ScreenText {

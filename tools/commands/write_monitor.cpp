@@ -23,9 +23,9 @@ bool isAngle(UnitClass unitClass) noexcept {
 
 /// Five steps of the last decimal that the channel shows.
 double leastGapOf(const SharedArea& area, ChannelIndex channel) noexcept {
-    constexpr unsigned kMostDecimals = 12; // more, or none, says nothing
+    constexpr unsigned kMostPrecision = 12; // more, or none, says nothing
     const unsigned precision = readOnce(area.settings[channel].precision);
-    return kSteps * std::pow(10.0, precision > kMostDecimals ? 0.0 : -static_cast<double>(precision));
+    return kSteps * std::pow(10.0, precision > kMostPrecision ? 0.0 : -static_cast<double>(precision));
 }
 
 /// Angles either side of north lie close together.

@@ -1,9 +1,9 @@
 #include "tools/feed/reporter.hpp"
 
+#include "tools/commands/screen_text.hpp"
+
 namespace tallowmere::feed {
 namespace {
-
-constexpr std::string_view kEraseLine = "\r\x1b[K";
 
 void put(std::FILE* stream, std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stream);
@@ -34,7 +34,7 @@ void Reporter::progress(std::string_view text) {
         line(text);
         return;
     }
-    put(stream_, kEraseLine);
+    put(stream_, tools::kEraseLine);
     put(stream_, text);
     std::fflush(stream_);
     shown_ = true;
@@ -42,7 +42,7 @@ void Reporter::progress(std::string_view text) {
 
 void Reporter::endProgress() {
     if (!shown_) return;
-    put(stream_, kEraseLine);
+    put(stream_, tools::kEraseLine);
     std::fflush(stream_);
     shown_ = false;
 }

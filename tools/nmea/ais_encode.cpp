@@ -7,7 +7,7 @@
 namespace tallowmere::nmea {
 namespace {
 
-class BitRow {
+class BitWriter {
   public:
     void put(ais::Bits bits, std::int64_t value) noexcept {
         for (std::size_t bit = 0; bit < bits.width; ++bit)
@@ -42,7 +42,7 @@ std::int64_t coordinate(std::optional<double> degrees, double most, std::int64_t
 } // namespace
 
 std::string encodePayload(const PositionReport& report) {
-    BitRow bits;
+    BitWriter bits;
     const ais::Layout& layout = report.type == 18 ? ais::kClassB : ais::kClassA;
     bits.put(ais::kType, report.type);
     bits.put(ais::kMmsi, report.mmsi);

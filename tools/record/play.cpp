@@ -4,6 +4,7 @@
 #include "core/channels/replay_sign.hpp"
 #include "core/channels/section_name.hpp"
 #include "tools/commands/replay_mark.hpp"
+#include "tools/commands/screen_text.hpp"
 #include "tools/record/damage_notes.hpp"
 #include "tools/record/moment_text.hpp"
 #include "tools/record/pace.hpp"
@@ -19,7 +20,6 @@
 namespace tallowmere::recording {
 namespace {
 
-constexpr char kEraseLine[] = "\r\x1b[K";
 constexpr std::int64_t kTicksPerMillisecond = kTicksPerSecond / 1000;
 constexpr std::int64_t kLongestPause = 5 * kTicksPerSecond; // that a busy machine makes of 50 ms
 
@@ -161,12 +161,12 @@ class Player {
     void tellProgress(std::int64_t now) {
         if (!options_.progress || (now >= told_ && now - told_ < kTicksPerSecond)) return;
         told_ = now;
-        context_.err << kEraseLine << "playing " << momentText(clock_.position()).substr(0, 19) << "Z, " << played_
-                     << " values" << std::flush;
+        context_.err << tools::kEraseLine << "playing " << momentText(clock_.position()).substr(0, 19) << "Z, "
+                     << played_ << " values" << std::flush;
         shown_ = true;
     }
     void endProgress() {
-        if (std::exchange(shown_, false)) context_.err << kEraseLine;
+        if (std::exchange(shown_, false)) context_.err << tools::kEraseLine;
     }
 
     const tools::CommandContext& context_;

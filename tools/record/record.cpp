@@ -3,6 +3,7 @@
 #include "core/channels/value_age.hpp"
 #include "tools/commands/channel_finder.hpp"
 #include "tools/commands/format.hpp"
+#include "tools/commands/screen_text.hpp"
 #include "tools/commands/text.hpp"
 #include "tools/record/moment_text.hpp"
 #include "tools/record/pace.hpp"
@@ -17,7 +18,6 @@ namespace {
 // Less than a second is lost when the plug is pulled, the time that a commit takes included.
 constexpr std::int64_t kCommitEvery = kTicksPerSecond / 2;
 constexpr std::int64_t kToldEvery = kTicksPerSecond;
-constexpr char kEraseLine[] = "\r\x1b[K";
 
 void complain(const tools::CommandContext& context, const std::string& text) {
     context.err << "tallowmere record: " << text << '\n';
@@ -81,7 +81,7 @@ class Run {
 
     [[nodiscard]] double seconds() const noexcept { return elapsed_.seconds(); }
     void endProgress() {
-        if (shown_) context_.err << kEraseLine;
+        if (shown_) context_.err << tools::kEraseLine;
         shown_ = false;
     }
 
@@ -124,7 +124,7 @@ class Run {
         const double seconds = static_cast<double>(elapsed_.ticks() - told_) / static_cast<double>(kTicksPerSecond);
         const auto rate = std::llround(static_cast<double>(counts.rows - rowsTold_) / seconds);
         const auto age = ageSeconds(counts.newest, context_.platform.now());
-        context_.err << kEraseLine << rate << " values/s, " << counts.rows << " rows, " << counts.boats
+        context_.err << tools::kEraseLine << rate << " values/s, " << counts.rows << " rows, " << counts.boats
                      << (counts.boats == 1 ? " boat, " : " boats, ") << megabytes(writer_.bytes()) << ", newest "
                      << tools::formatAge(age) << std::flush;
         shown_ = true;

@@ -32,8 +32,9 @@ const wholeFolders = (folders) =>
 function* candidates(name) {
     const explicit = process.env[PATH_VARIABLE];
     const folders = (list) => (list ?? '').split(path.delimiter).filter((folder) => folder !== '');
+    // Whole paths: a bare file name is looked for by the system, and not in the current folder.
     function* inFolders(list) {
-        for (const folder of list) for (const file of fileNames(name)) yield [path.join(folder, file), true];
+        for (const folder of list) for (const file of fileNames(name)) yield [path.resolve(folder, file), true];
     }
     if (explicit) {
         yield* inFolders(folders(explicit));

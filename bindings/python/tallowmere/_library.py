@@ -8,7 +8,7 @@ import os
 import struct
 import sys
 import threading
-from pathlib import Path, PureWindowsPath
+from pathlib import PureWindowsPath
 from typing import Callable, Dict, Iterator, List, Tuple
 
 #: Names folders to look in, and then nothing else is tried. Separated as in PATH.
@@ -28,8 +28,9 @@ def _file_names(name: str) -> List[str]:
 
 
 def _in_folder(folder: str, name: str) -> Iterator[str]:
+    """Whole paths: a bare file name is looked for by the system, and not in the current folder."""
     for file in _file_names(name):
-        yield str(Path(folder) / file)
+        yield os.path.abspath(os.path.join(folder, file))
 
 
 def _folders_of_windows_path(path: str) -> List[str]:

@@ -129,6 +129,12 @@ describe('libraries', () => {
         assert.match(done.stdout, /libtallowmere_view\.so\.1: .*file too short/);
     });
 
+    test('are found in a folder that is named from the current one', () => {
+        const viewFolder = JSON.stringify(LIBRARIES.split(':')[1]);
+        const code = `process.chdir(${viewFolder}); assert.equal(t.get('BSP'), null)`;
+        assert.deepEqual(runAlone(code, { TALLOWMERE_LIBRARY_PATH: '.' }), SILENT_SUCCESS);
+    });
+
     test('are found beside the package and by the system', () => {
         inFolder((folder) => {
             const copy = path.join(folder, 'tallowmere');

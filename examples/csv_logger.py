@@ -11,12 +11,15 @@ empty field: nothing is carried on from row to row. Ctrl-C ends the log after a 
 import argparse
 import csv
 import datetime
+import errno
 import os
 import signal
 import sys
 from typing import List, Union
 
 import tallowmere
+
+READER_HAS_GONE = (errno.EPIPE, errno.EINVAL)  # Windows says EINVAL
 
 
 def parse_arguments() -> argparse.Namespace:
@@ -60,11 +63,14 @@ def main() -> int:
         log(arguments)
     except KeyboardInterrupt:
         pass
-    except BrokenPipeError:  # the reader has gone; nothing more can be written, not even at the end
-        os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
     except (LookupError, ValueError, tallowmere.LibraryNotFound) as error:
         print(f"csv_logger: {error}", file=sys.stderr)
         return 1
+    except OSError as error:
+        if error.errno not in READER_HAS_GONE:
+            raise
+        # Nothing more can be written, not even at the end.
+        os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
     return 0
 
 

@@ -5,6 +5,7 @@ import decimal
 import fractions
 import math
 import threading
+import unittest.mock
 
 import tallowmere
 from support import Case, Writer, make_older, put_boat_name, put_stamp, run
@@ -303,6 +304,24 @@ class Samples(Case):
         self.assertGreaterEqual(row["BSP age"], 12)
         (row,) = tallowmere.samples(["BSP"], count=1, stale=True)
         self.assertEqual(row["BSP"], 6.4)
+
+    def test_come_at_their_interval_where_a_clock_goes_by_steps(self) -> None:
+        class Clock:
+            now = 0.0
+
+            def sleep(self, seconds: float) -> None:
+                self.now += seconds
+
+            def perf_counter(self) -> float:
+                return self.now
+
+            def monotonic(self) -> float:  # of Windows
+                return math.floor(self.now * 64) / 64
+
+        clock = Clock()
+        with unittest.mock.patch("tallowmere._samples.time", clock):
+            self.assertEqual(len(list(tallowmere.samples(["BSP"], interval=0.001, count=1000))), 1000)
+        self.assertAlmostEqual(clock.now, 0.999)
 
     def test_mistakes_are_told_at_the_call(self) -> None:
         for arguments, error, text in (

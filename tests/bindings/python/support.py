@@ -1,7 +1,7 @@
-"""What the tests of the package share. CTest gives them folders of their own and the built libraries."""
+"""What the tests of the package share. CTest gives them folders of their own, the built libraries, and the modules
+of the system (folders posix and windows)."""
 
 import os
-import signal
 import struct
 import subprocess
 import sys
@@ -9,36 +9,47 @@ import unittest
 from pathlib import Path
 from typing import List, Optional
 
-ROOT = Path(__file__).resolve().parents[3]
-SECTION = Path(os.environ["XDG_RUNTIME_DIR"]) / "ZanCore_363_253336"
+import layout
+import section
 
-_STAMPS = 59096  # of the own boat, int64 each
-_BOATS = 51092  # 80 bytes each; the name at 6
+ROOT = Path(__file__).resolve().parents[3]
+LIBRARIES = os.environ["TALLOWMERE_LIBRARY_PATH"]
+EXAMPLES = Path(os.environ["TALLOWMERE_EXAMPLES"])
+# Programs for run and run_alone.
+TELL_WHAT_IS_MISSING = "import tallowmere as t\ntry: t.get('BSP')\nexcept t.LibraryNotFound as e: print(e)"
+WRITE_AND_READ = "import tallowmere as t; assert t.set('BSP', 1) and t.get('BSP') == 1"
+LOGGER = [sys.executable, str(ROOT / "examples/csv_logger.py")]
 
 
 def make_older(channel: int, seconds: float) -> None:
     """Moves the stamp of an own boat's value back, as if it had been written then."""
-    with open(SECTION, "r+b") as file:
-        file.seek(_STAMPS + 8 * channel)
-        (stamp,) = struct.unpack("<q", file.read(8))
+    with section.opened() as memory:
+        memory.seek(layout.STAMPS + 8 * channel)
+        (stamp,) = struct.unpack("<q", memory.read(8))
         put_stamp(channel, stamp - round(seconds * 1e7))
 
 
 def put_stamp(channel: int, stamp: int) -> None:
-    with open(SECTION, "r+b") as file:
-        file.seek(_STAMPS + 8 * channel)
-        file.write(struct.pack("<q", stamp))
+    with section.opened() as memory:
+        memory.seek(layout.STAMPS + 8 * channel)
+        memory.write(struct.pack("<q", stamp))
 
 
 def put_boat_name(boat: int, name: str) -> None:
-    with open(SECTION, "r+b") as file:
-        file.seek(_BOATS + 80 * boat + 6)
-        file.write((name + "\0").encode("utf-16-le"))
+    with section.opened() as memory:
+        memory.seek(layout.BOATS + 80 * boat + 6)
+        memory.write((name + "\0").encode("utf-16-le"))
 
 
 def run(code: str, **environment: Optional[str]) -> "subprocess.CompletedProcess[str]":
     """A Python program of its own. A variable of None is taken away."""
     return run_program([sys.executable, "-c", code], **environment)
+
+
+def run_alone(code: str, **environment: Optional[str]) -> "subprocess.CompletedProcess[str]":
+    """A Python program that meets no section but its own."""
+    with section.none_yet() as variables:
+        return run(code, **variables, **environment)
 
 
 def run_program(command: List[str], **environment: Optional[str]) -> "subprocess.CompletedProcess[str]":
@@ -74,7 +85,7 @@ class Writer:
         self._process.communicate("")
 
     def kill(self) -> None:
-        self._process.send_signal(signal.SIGKILL)
+        self._process.kill()
         self._process.wait()
 
 

@@ -1,33 +1,22 @@
-"""Programs in folders of their own: no section, sections that go, libraries that are not there."""
+"""Programs that meet no section but their own: no section, sections that go. And the package."""
 
 import os
-import shutil
-import tempfile
-from pathlib import Path
 
-from support import ROOT, Case, Writer, run
-
-LIBRARIES = os.environ["TALLOWMERE_LIBRARY_PATH"]
-
-
-def run_alone(code: str, **environment):
-    """In an empty place for the section."""
-    with tempfile.TemporaryDirectory() as folder:
-        return run(code, XDG_RUNTIME_DIR=folder, **environment)
+from support import LIBRARIES, ROOT, Case, run, run_alone
 
 
 class WithoutASection(Case):
     def test_the_catalogue_answers_and_reading_makes_none(self) -> None:
         done = run_alone(
             """
-import os, tallowmere as t
+import section, tallowmere as t
 assert t.section() is t.Section.NONE
 assert t.get('BSP') is None and t.read('BSP').freshness is t.Freshness.NONE
 assert t.channel('BSP').unit == 'kt' and t.boats() == [] and t.mob() is None
 assert t.system_variable(0) is None and t.system_integer(6) is None and t.system_flag(0) is None
 assert [row['BSP'] for row in t.samples(['BSP'], 0, 2)] == [None, None]
 assert not t.read_group(['BSP']).is_of_one_moment and not t.is_replay()
-assert os.listdir(os.environ['XDG_RUNTIME_DIR']) == []
+assert not section.exists()
 """
         )
         self.assertEqual((done.stdout, done.stderr, done.returncode), ("", "", 0))
@@ -57,8 +46,7 @@ assert view.get('BSP') is None and view.channel('BSP').name == 'BSP' and t.get('
         self.assertEqual((done.stdout, done.stderr, done.returncode), ("", "", 0))
 
     def test_a_section_that_goes_is_noticed(self) -> None:
-        code = f"""
-import sys; sys.path[:0] = [{str(Path(__file__).parent)!r}]
+        code = """
 import tallowmere as t
 from support import Writer
 with Writer("tallowmere.set('BSP', 6.4)"):
@@ -78,14 +66,12 @@ class HostileSection(Case):
     def test_no_bytes_make_anything_fail(self) -> None:
         done = run_alone(
             """
-import os, random, tallowmere as t
+import layout, random, section, tallowmere as t
 random.seed(1)
 t.set('BSP', 6.4)
-path = os.path.join(os.environ['XDG_RUNTIME_DIR'], 'ZanCore_363_253336')
-size = os.path.getsize(path)
 for junk in (random.randbytes, random.randbytes, random.randbytes, lambda n: b'\\xff' * n, bytes):
-    with open(path, 'r+b') as file:
-        file.write(junk(size))
+    with section.opened() as memory:
+        memory.write(junk(layout.SIZE))
     for channel in t.channels():
         [channel.name, channel.long_name, channel.unit, channel.timeout, channel.precision, channel.plausible_range]
         assert t.find_channel(channel.name) is not None or channel.name == ''
@@ -112,43 +98,11 @@ class Libraries(Case):
         )
         self.assertEqual((done.stderr, done.stdout), ("", "C:\\Tools\nD:/sail\n\\\\server\\share\\bin\n"))
 
-    def test_missing_ones_are_told_with_what_was_tried(self) -> None:
+    def test_are_found_in_a_folder_that_is_named_from_the_current_one(self) -> None:
+        view_folder = LIBRARIES.split(os.pathsep)[1]
         done = run(
-            "import tallowmere as t\ntry: t.get('BSP')\nexcept t.LibraryNotFound as e: print(e)",
-            TALLOWMERE_LIBRARY_PATH="/nowhere:/neither",
+            f"import os; os.chdir({view_folder!r})\nimport tallowmere as t; t.get('BSP')", TALLOWMERE_LIBRARY_PATH="."
         )
-        self.assertEqual(
-            done.stdout,
-            "the library tallowmere_view could not be loaded. Tried:\n"
-            + "".join(
-                f"  {folder}/libtallowmere_view.so{end}: not there\n"
-                for folder in ("/nowhere", "/neither")
-                for end in (".1", "")
-            )
-            + "Install the Tallowmere libraries, or set TALLOWMERE_LIBRARY_PATH to the folder that holds "
-            "libtallowmere_view.so.1.\n",
-        )
-
-    def test_one_that_is_no_library_is_told(self) -> None:
-        with tempfile.TemporaryDirectory() as folder:
-            Path(folder, "libtallowmere_view.so.1").write_text("no library")
-            done = run(
-                "import tallowmere as t\ntry: t.get('BSP')\nexcept t.LibraryNotFound as e: print(e)",
-                TALLOWMERE_LIBRARY_PATH=folder,
-            )
-        self.assertIn("libtallowmere_view.so.1: file too short", done.stdout)
-
-    def test_are_found_beside_the_package_and_by_the_system(self) -> None:
-        code = "import tallowmere as t; assert t.set('BSP', 1) and t.get('BSP') == 1"
-        with tempfile.TemporaryDirectory() as folder:
-            package = Path(folder, "tallowmere")
-            shutil.copytree(ROOT / "bindings/python/tallowmere", package)
-            for part in LIBRARIES.split(os.pathsep):
-                for library in Path(part).glob("libtallowmere*.so.1"):
-                    shutil.copy(library, package)
-            done = run_alone(code, PYTHONPATH=folder, TALLOWMERE_LIBRARY_PATH=None, LD_LIBRARY_PATH=None)
-            self.assertEqual((done.stderr, done.returncode), ("", 0))
-        done = run_alone(code, TALLOWMERE_LIBRARY_PATH=None, LD_LIBRARY_PATH=LIBRARIES)
         self.assertEqual((done.stderr, done.returncode), ("", 0))
 
 

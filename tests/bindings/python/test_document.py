@@ -2,8 +2,7 @@
 
 import re
 
-from support import ROOT, Case
-from test_alone import run_alone
+from support import ROOT, Case, run_alone
 
 _BLOCK = re.compile(r"^```python( pandas)?\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 

@@ -1,18 +1,12 @@
 """The example in Python, and that those in C, C++ and Python end cleanly on Ctrl-C."""
 
 import csv
-import os
-import signal
 import subprocess
-import sys
-from pathlib import Path
 from typing import List
 
+import console
 import tallowmere
-from support import ROOT, Case, make_older, put_boat_name, run_program
-
-LOGGER = [sys.executable, str(ROOT / "examples/csv_logger.py")]
-BUILT = Path(os.environ["TALLOWMERE_EXAMPLES"])
+from support import EXAMPLES, LOGGER, Case, make_older, put_boat_name, run_program
 
 
 class CsvLogger(Case):
@@ -69,7 +63,7 @@ class StartCountdown(Case):
     def test_tells_the_gun_when_the_time_has_run_out(self) -> None:
         tallowmere.set("TmToGun", 1 / 86400)
         example = subprocess.Popen(
-            [str(BUILT / "start_countdown"), "--interval", "0.05"], stdout=subprocess.PIPE, encoding="utf-8"
+            [str(EXAMPLES / "start_countdown"), "--interval", "0.05"], stdout=subprocess.PIPE, encoding="utf-8"
         )
         self.assertTrue(example.stdout.readline().startswith("gun 0:01 "))
         tallowmere.set("TmToGun", 0)
@@ -77,7 +71,7 @@ class StartCountdown(Case):
         while not lines or not lines[-1].startswith("gun 0:00 "):
             lines.append(example.stdout.readline())
         after = [example.stdout.readline() for _ in range(3)]
-        example.send_signal(signal.SIGINT)
+        example.terminate()
         example.communicate(timeout=60)
         self.assertEqual(["GUN" in line for line in lines], [False] * (len(lines) - 1) + [True])
         self.assertEqual(["GUN" in line for line in after], [False] * 3)
@@ -87,15 +81,15 @@ class CtrlC(Case):
     def test_ends_every_example_cleanly(self) -> None:
         for command in (
             [*LOGGER, "BSP", "--interval", "0.2"],
-            [str(BUILT / "wind_display"), "--interval", "0.2"],
-            [str(BUILT / "start_countdown"), "--interval", "0.2"],
+            [str(EXAMPLES / "wind_display"), "--interval", "0.2"],
+            [str(EXAMPLES / "start_countdown"), "--interval", "0.2"],
         ):
             with self.subTest(command=command):
                 example = subprocess.Popen(
-                    command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8"
+                    command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, encoding="utf-8", **console.OPTIONS
                 )
                 example.stdout.readline()
-                example.send_signal(signal.SIGINT)
+                console.press_ctrl_c(example)
                 out, err = example.communicate(timeout=60)
                 self.assertEqual((err, example.returncode), ("", 0))
                 self.assertTrue(out == "" or out.endswith("\n"))

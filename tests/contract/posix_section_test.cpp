@@ -645,6 +645,16 @@ class PosixSectionInSharedMemoryFolder : public PosixSection {
     fs::path sharedFile_ = "/dev/shm/" + fs::path(name_).string() + "." + std::to_string(::geteuid());
 };
 
+/// /home is a link on some machines. The folder itself may not be one: PosixSectionInSharedMemoryFolder.
+TEST_F(PosixSection, LinksOnTheWayToTheFolderAreFollowed) {
+    const fs::path link = surroundings_.top() / "link";
+    fs::create_directory_symlink(surroundings_.runtime().parent_path(), link);
+    surroundings_.setVariable("XDG_RUNTIME_DIR", link / surroundings_.runtime().filename());
+    const auto section = openOrCreate();
+    ASSERT_NE(section, nullptr);
+    EXPECT_TRUE(fs::exists(file()));
+}
+
 TEST_F(PosixSection, TheFoldersPathMayEndInSlashes) {
     for (const char* ending : {"/", "//", "/.", "/./"}) {
         surroundings_.setVariable("XDG_RUNTIME_DIR", surroundings_.runtime().string() + ending);

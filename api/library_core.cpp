@@ -28,7 +28,6 @@ alignas(Calibration) std::byte liveCalibration[sizeof(Calibration)];
 class LibraryCore {
   public:
     LibraryCore() noexcept : core_(false) {
-        static_cast<void>(detail::valuesWithoutSection()); // made now: no thread waits later for one that makes it
         auto* const values = reinterpret_cast<ValueStore*>(detail::liveValues); // is about to be made
         auto* const calibration = ::new (liveCalibration) Calibration(values);
         ::new (detail::liveValues) ValueStore(core_.context(), calibration);

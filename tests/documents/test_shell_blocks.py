@@ -80,7 +80,7 @@ LINES = {
     "docs/building.md": (
         not_typed(
             _SYNOPSIS,
-            "scripts/setup [build|test|bench]",
+            "scripts/setup [build|test|bench|fuzz|package]",
             "scripts/test [PRESET ...]",
             "scripts/lint",
             "scripts/tidy [FILE ...]",
@@ -88,6 +88,8 @@ LINES = {
             "scripts/fuzz [SECONDS [TARGET ...]]",
             "scripts/demo [SECONDS]",
             "scripts/coverage [--missed]",
+            "scripts/torture [--windows] [PART ...]",
+            "scripts/wine PROGRAM.exe [ARGUMENT ...]",
             "scripts/package [--test] [SYSTEM ...]",
         ),
     ),

@@ -4,6 +4,7 @@
 #include "tests/torture/system.hpp"
 #include "tests/torture/times.hpp"
 
+#include <cstdio>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
@@ -91,10 +92,13 @@ int beLoader(const Arguments& arguments) {
 }
 
 int runAttaches(unsigned rounds) {
-    const Surroundings surroundings;
-    Trial trial;
-    for (unsigned i = 0; i < rounds; ++i) trial.round();
-    trial.print();
+    for (const UserFiles files : {UserFiles::kNone, UserFiles::kUsual}) {
+        const Surroundings surroundings(files);
+        Trial trial;
+        for (unsigned i = 0; i < rounds; ++i) trial.round();
+        std::printf("%s the user's settings and files\n", files == UserFiles::kNone ? "without" : "with");
+        trial.print();
+    }
     return 0;
 }
 

@@ -1,8 +1,12 @@
 // Processes killed at random moments, while they make the section too.
+#include "core/channels/section_access.hpp"
+#include "core/channels/section_name.hpp"
+#include "platform/platform.hpp"
 #include "tests/torture/roles.hpp"
 #include "tests/torture/self_checking.hpp"
 #include "tests/torture/system.hpp"
 #include "tests/torture/times.hpp"
+#include "tests/torture/user_files.hpp"
 
 #include <algorithm>
 #include <cstdio>
@@ -50,6 +54,24 @@ void readAll(const Library& library) {
     }
 }
 
+/// The last channel that the library sets to be logged when it comes to channels.xml, but for the very last of all,
+/// which is set so at first.
+consteval ChannelIndex lastLogged() {
+    ChannelIndex channel = kChannelCount - 2;
+    while (kCatalogue[channel].logDefault == 0) --channel;
+    return channel;
+}
+
+/// True when the section, to which this process is attached, has what its maker fills last: the last cell of the user's
+/// alternate.csv or, without files, what channels.xml would have changed.
+bool isFilled(UserFiles files) {
+    const auto look = platform::hostPlatform().lookAtSection(sectionName(), kSharedAreaBytes);
+    if (look == nullptr) throw std::runtime_error("no section to look at");
+    const auto& area = *reinterpret_cast<const SharedArea*>(look->view());
+    if (files == UserFiles::kNone) return readOnce(area.settings[lastLogged()].log) != 0;
+    return readOnce(area.alternates.cells[kAlternateRows - 1][kAlternateColumns - 1]) == kLastAlternate;
+}
+
 /// The longest of the timed calls.
 class Longest {
   public:
@@ -65,7 +87,7 @@ class Longest {
 
 class Trial {
   public:
-    Trial(unsigned kills, std::uint32_t seed) : kills_(kills), random_(seed) {}
+    Trial(UserFiles files, unsigned kills, std::uint32_t seed) : files_(files), kills_(kills), random_(seed) {}
 
     void run() {
         for (unsigned kill = 0; kill < kills_; ++kill) {
@@ -77,10 +99,12 @@ class Trial {
     }
 
     void print() {
+        std::printf("%s the user's settings and files\n", files_ == UserFiles::kNone ? "without" : "with");
         std::printf("%u kills: %u while attaching, %u of these with nobody else there, so making the section\n", kills_,
                     whileAttaching_, whileMaking_);
         std::printf("%u newcomers ran with a priority that others don't have\n", first_);
-        attach_.print("attach");
+        making_.print("attach with nobody else there, so making the section");
+        joining_.print("attach with others there");
         loading_.print("loading the library without its attach, after that");
         calls_.print("read or write (the longest of each newcomer)");
         std::printf("newcomers whose first write came back at once: %u, after another attempt because the section "
@@ -123,7 +147,8 @@ class Trial {
     }
 
     void sendNewcomer(unsigned kill) {
-        Process newcomer({"newcomer", std::to_string(kill)});
+        const bool alone = victims_.empty();
+        Process newcomer({"newcomer", std::to_string(kill), files_ == UserFiles::kNone ? "none" : "usual"});
         std::istringstream words(newcomer.hear());
         std::string verdict;
         Moment attach;
@@ -135,7 +160,8 @@ class Trial {
         words >> verdict >> attach >> call >> loading >> tries >> filled >> first;
         if (!words || verdict != "ok") throw std::runtime_error("kill " + std::to_string(kill) + ": " + words.str());
         if (newcomer.finish() != 0) throw std::runtime_error("a newcomer ended with an error");
-        attach_.add(attach);
+        if (alone && filled == 0) throw std::runtime_error("a newcomer did not fill the section that it made");
+        (alone ? making_ : joining_).add(attach);
         loading_.add(loading);
         calls_.add(call);
         if (tries > 1) ++again_;
@@ -143,10 +169,12 @@ class Trial {
         if (first != 0) ++first_;
     }
 
+    UserFiles files_;
     unsigned kills_;
     std::mt19937 random_;
     std::vector<std::unique_ptr<Victim>> victims_;
-    Times attach_;
+    Times making_;
+    Times joining_;
     Times loading_;
     Times calls_;
     unsigned whileAttaching_ = 0;
@@ -155,6 +183,13 @@ class Trial {
     unsigned partlyFilled_ = 0;
     unsigned first_ = 0;
 };
+
+void runHalf(UserFiles files, unsigned kills, std::uint32_t seed) {
+    const Surroundings surroundings(files);
+    Trial trial(files, kills, seed);
+    trial.run();
+    trial.print();
+}
 
 } // namespace
 
@@ -176,6 +211,7 @@ int beVictim(const Arguments& arguments) {
 
 int beNewcomer(const Arguments& arguments) {
     const auto number = static_cast<std::uint32_t>(std::stoul(arguments.at(0)));
+    const UserFiles files = arguments.at(1) == "none" ? UserFiles::kNone : UserFiles::kUsual;
     const bool first = comeFirst();
     std::unique_ptr<Library> library;
     const Moment attach = timeOf([&] { library = std::make_unique<Library>(); });
@@ -190,12 +226,13 @@ int beNewcomer(const Arguments& arguments) {
     int tries = 0;
     bool back = false;
     bool stored = true;
+    bool filled = true;
     while (!back && stored && tries < kTries) {
-        if (tries++ > 0) sleepMicroseconds(1000);
+        if (tries > 0) sleepMicroseconds(1000);
         call.time([&] { stored = library->setZanVar(kOwnChannel, mine, 0) != 0; });
         call.time([&] { back = library->getZanVar(kOwnChannel, &value, 0, &source) != 0 && value == mine; });
+        if (tries++ == 0) filled = back && isFilled(files);
     }
-    const bool filled = setting != 0.0;
     std::unique_ptr<Module> late;
     const Moment loading = timeOf([&] { late = std::make_unique<Module>(TALLOWMERE_LATE_LIBRARY); });
     std::ostringstream words;
@@ -210,10 +247,8 @@ int beNewcomer(const Arguments& arguments) {
 int runKills(unsigned kills, std::uint32_t seed) {
     std::printf("seed %u\n", seed);
     std::fflush(stdout);
-    const Surroundings surroundings;
-    Trial trial(kills, seed);
-    trial.run();
-    trial.print();
+    runHalf(UserFiles::kNone, kills / 2, seed);
+    runHalf(UserFiles::kUsual, kills - kills / 2, seed);
     return 0;
 }
 

@@ -55,7 +55,8 @@ unsigned feedRound(const Library& library, const std::vector<Place>& places, std
     return lost;
 }
 
-/// Least of some samples a few milliseconds apart: one who comes and goes is then away.
+/// Least of some samples a few milliseconds apart: one who comes and goes is then away, and handles that the system
+/// holds during a call, as Wine does, are let go.
 Usage quietUsage(const Process& process) {
     Usage least = process.usage();
     for (int i = 0; i < 20; ++i) {
@@ -66,6 +67,12 @@ Usage quietUsage(const Process& process) {
         least.handles = std::min(least.handles, usage.handles);
     }
     return least;
+}
+
+/// What a process holds that held so much before.
+Usage laterUsage(const Process& process, const Usage& before) {
+    const Usage usage = process.usage();
+    return usage.handles > before.handles ? quietUsage(process) : usage;
 }
 
 std::uint64_t growth(std::uint64_t before, std::uint64_t after) {
@@ -79,17 +86,14 @@ class Row {
         note(resident_, first.residentBytes / 1024, last.residentBytes / 1024);
         note(private_, first.privateBytes / 1024, last.privateBytes / 1024);
         note(handles_, first.handles, last.handles);
-        const std::uint64_t grown = last.privateBytes != 0 ? growth(first.privateBytes, last.privateBytes)
-                                                           : growth(first.residentBytes, last.residentBytes);
-        if (grown > kRoomToBreathe || last.handles > first.handles) flat_ = false;
+        if (growth(first.privateBytes, last.privateBytes) > kRoomToBreathe || last.handles > first.handles)
+            flat_ = false;
+        if (last.privateBytes == 0 || last.handles == 0) throw std::runtime_error("the system does not tell");
     }
     bool print(const char* who) const {
         std::printf("%-24s", who);
         for (const Range& range : {resident_, private_, handles_})
-            if (range.last == 0) // the system does not tell; Wine of another process
-                std::printf(" %8s %8s %8s", "-", "-", "-");
-            else
-                std::printf(" %8llu %8llu %8llu", ull(range.first), ull(range.last), ull(range.growth));
+            std::printf(" %8llu %8llu %8llu", ull(range.first), ull(range.last), ull(range.growth));
         std::printf("  %s\n", flat_ ? "flat" : "GREW");
         return flat_;
     }
@@ -180,13 +184,13 @@ int runLoad(unsigned processes, unsigned seconds) {
 
     std::vector<Usage> before;
     for (const Process& sitter : sitters) before.push_back(sitter.usage());
-    const Usage feederBefore = feeder.usage();
+    const Usage feederBefore = quietUsage(feeder);
     const Usage comerBefore = quietUsage(comer);
     sleepMicroseconds(std::int64_t{seconds} * 1'000'000);
     Row sitting;
-    for (std::size_t i = 0; i < sitters.size(); ++i) sitting.add(before[i], sitters[i].usage());
+    for (std::size_t i = 0; i < sitters.size(); ++i) sitting.add(before[i], laterUsage(sitters[i], before[i]));
     Row feeding;
-    feeding.add(feederBefore, feeder.usage());
+    feeding.add(feederBefore, quietUsage(feeder));
     Row coming;
     coming.add(comerBefore, quietUsage(comer));
 

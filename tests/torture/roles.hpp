@@ -10,12 +10,14 @@ namespace tallowmere::torture {
 
 using Arguments = std::vector<std::string>;
 
-/// Kills processes at random moments; after each a fresh one attaches, reads and writes. Exit code.
+/// Kills processes at random moments; after each a fresh one attaches, reads and writes. Half of them without the
+/// user's settings and files, then half with. Exit code.
 int runKills(unsigned kills, std::uint32_t seed);
 int beVictim(const Arguments& arguments);   // attacher, writer or reader; until it is killed
 int beNewcomer(const Arguments& arguments); // after a kill
 
-/// Loads the library, one that attaches late and an empty one in fresh processes. Exit code.
+/// Loads the library, one that attaches late and an empty one in fresh processes; without the user's settings and
+/// files, then with. Exit code.
 int runAttaches(unsigned rounds);
 int beLoader(const Arguments& arguments); // of the library, late or empty
 

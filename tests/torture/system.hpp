@@ -5,6 +5,7 @@
 #include <tallowmere/tallowmere.h>
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -93,17 +94,24 @@ struct Moment {
     }
 };
 
+/// What a user has set.
+enum class UserFiles {
+    kNone,
+    kUsual, // settings and files of a usual size (user_files.hpp)
+};
+
 /// Settings, files and a section of this process's own and of those that it starts, as far as the system has
 /// such; gone with this object.
 class Surroundings {
   public:
-    Surroundings();
+    explicit Surroundings(UserFiles files = UserFiles::kNone);
     ~Surroundings();
     Surroundings(const Surroundings&) = delete;
     Surroundings& operator=(const Surroundings&) = delete;
 
   private:
-    std::string folder_;
+    struct State;
+    std::unique_ptr<State> state_;
 };
 
 /// From now on this thread goes before others, where this user may ask for that. False otherwise.

@@ -1,5 +1,6 @@
 // What loading and unloading the library asks of the process in which it happens, and what it leaves behind.
 #include "tests/process/windows/process_fixture.hpp"
+#include "tests/support/windows/handle_count.hpp"
 
 #include <tallowmere/tallowmere.h>
 
@@ -7,14 +8,12 @@
 
 #include <psapi.h>
 #include <tlhelp32.h>
-#include <winternl.h>
 
 #include <array>
 #include <atomic>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <thread>
 #include <vector>
@@ -79,33 +78,6 @@ int threadCount() {
     return count;
 }
 
-/// Handles of this process, from the list of all: not every system answers GetProcessHandleCount.
-std::size_t handleCount() {
-    using Query = NTSTATUS(NTAPI*)(int, void*, ULONG, ULONG*);
-    struct Entry {
-        void* object;
-        ULONG_PTR process;
-        ULONG_PTR handle;
-        ULONG rest[4];
-    };
-    static_assert(sizeof(Entry) == 40);
-    constexpr int kExtendedHandleInformation = 64;
-    const auto query = reinterpret_cast<Query>(
-        reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation")));
-    std::vector<std::byte> list(1 << 20);
-    while (query(kExtendedHandleInformation, list.data(), static_cast<ULONG>(list.size()), nullptr) < 0)
-        list.resize(list.size() * 2);
-    ULONG_PTR count = 0;
-    std::memcpy(&count, list.data(), sizeof count);
-    std::size_t own = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        Entry entry;
-        std::memcpy(&entry, list.data() + 2 * sizeof(ULONG_PTR) + i * sizeof entry, sizeof entry);
-        if (entry.process == ::GetCurrentProcessId()) ++own;
-    }
-    return own;
-}
-
 /// What the process holds.
 struct Holdings {
     std::size_t handles = 0;
@@ -148,7 +120,7 @@ std::size_t regionsOfType(DWORD type) {
 Holdings holdings() {
     Holdings now;
     now.threads = threadCount();
-    now.handles = handleCount();
+    now.handles = handleCount(::GetCurrentProcessId());
     now.views = regionsOfType(MEM_MAPPED);
     now.images = regionsOfType(MEM_IMAGE);
     now.heapBytes = bytesOfAllHeaps();

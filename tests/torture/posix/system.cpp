@@ -1,14 +1,18 @@
 #include "tests/torture/system.hpp"
+#include "tests/torture/user_files.hpp"
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <iomanip>
 #include <poll.h>
 #include <sched.h>
 #include <stdexcept>
@@ -57,6 +61,33 @@ std::uint64_t bytesAfter(const std::string& name, std::istream& status) {
             return kilobytes * 1024;
         }
     return 0;
+}
+
+void writeSetting(std::ostream& file, double value) {
+    std::array<unsigned char, sizeof value> bytes{};
+    std::memcpy(bytes.data(), &value, sizeof value);
+    file << "hex:";
+    for (std::size_t i = 0; i < bytes.size(); ++i) file << (i == 0 ? "" : ",") << std::setw(2) << unsigned{bytes[i]};
+}
+
+void writeSetting(std::ostream& file, std::uint32_t value) {
+    file << "dword:" << std::setw(8) << value;
+}
+
+void writeUserSettings(const fs::path& folder) {
+    fs::create_directory(folder);
+    const fs::path path = folder / "registry.reg";
+    std::ofstream file(path);
+    file << "Windows Registry Editor Version 5.00\n\n[HKEY_CURRENT_USER\\Software\\Tallowmere\\core]\n"
+         << std::hex << std::setfill('0');
+    for (const UserSetting& setting : userSettings()) {
+        file << '"' << setting.name << "\"=";
+        std::visit([&file](auto value) { writeSetting(file, value); }, setting.value);
+        file << '\n';
+    }
+    // Whatever the mask of who runs the trial, the group writes to neither.
+    for (const fs::path& each : {folder, path})
+        fs::permissions(each, fs::perms::group_write | fs::perms::others_write, fs::perm_options::remove);
 }
 
 /// One process is asked at most once a line; what follows a line is kept for the next.
@@ -194,19 +225,26 @@ bool Moment::tellsComputing() {
     return true;
 }
 
-Surroundings::Surroundings() {
+struct Surroundings::State {
+    fs::path folder;
+};
+
+Surroundings::Surroundings(UserFiles files) : state_(std::make_unique<State>()) {
     // In memory, as a user's runtime folder is: a section on a disk would be slow for reasons of the disk's.
     const fs::path shared = "/dev/shm";
     const fs::path parent = fs::is_directory(shared) ? shared : fs::temp_directory_path();
     std::string pattern = (parent / "tallowmere-torture-XXXXXX").string();
     if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no folder");
-    folder_ = pattern;
-    for (const char* name : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_DATA_HOME"}) ::setenv(name, folder_.c_str(), 1);
+    state_->folder = pattern;
+    for (const char* name : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_DATA_HOME"}) ::setenv(name, pattern.c_str(), 1);
+    if (files == UserFiles::kNone) return;
+    writeUserFiles(state_->folder / "Tallowmere");
+    writeUserSettings(state_->folder / "tallowmere");
 }
 
 Surroundings::~Surroundings() {
     std::error_code ignored;
-    fs::remove_all(folder_, ignored);
+    fs::remove_all(state_->folder, ignored);
 }
 
 bool comeFirst() {

@@ -1,5 +1,10 @@
 #include "tests/torture/system.hpp"
 
+#include "tests/process/windows/user_settings.hpp"
+#include "tests/support/temporary_folder.hpp"
+#include "tests/support/windows/handle_count.hpp"
+#include "tests/torture/user_files.hpp"
+
 #include <windows.h>
 
 #include <psapi.h>
@@ -64,6 +69,24 @@ std::optional<std::string> takeLine(std::string& said) {
     said.erase(0, end + 1);
     return line;
 }
+
+/// Committed memory of a process that is neither a module's nor shared. Looked up region by region: not every system
+/// tells the sum of another process.
+std::uint64_t privateBytes(HANDLE process) {
+    std::uint64_t bytes = 0;
+    MEMORY_BASIC_INFORMATION region{};
+    const char* place = nullptr;
+    while (::VirtualQueryEx(process, place, &region, sizeof region) == sizeof region) {
+        if (region.State == MEM_COMMIT && region.Type == MEM_PRIVATE) bytes += region.RegionSize;
+        place = static_cast<const char*>(region.BaseAddress) + region.RegionSize;
+    }
+    return bytes;
+}
+
+struct Stored {
+    test::StoredValue operator()(double value) const { return test::number(value); }
+    test::StoredValue operator()(std::uint32_t value) const { return test::dword(value); }
+};
 
 std::int64_t perform(std::int64_t count) {
     LARGE_INTEGER frequency{};
@@ -171,11 +194,13 @@ int Process::finish() {
 }
 
 Usage Process::usage() const {
-    PROCESS_MEMORY_COUNTERS_EX memory{};
-    ::GetProcessMemoryInfo(state_->process, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory), sizeof memory);
-    DWORD handles = 0;
-    ::GetProcessHandleCount(state_->process, &handles);
-    return {memory.PrivateUsage, memory.WorkingSetSize, handles};
+    Usage usage;
+    usage.privateBytes = privateBytes(state_->process); // first: to be looked at may take the process a page
+    usage.handles = test::handleCount(::GetProcessId(state_->process));
+    PROCESS_MEMORY_COUNTERS memory{};
+    ::GetProcessMemoryInfo(state_->process, &memory, sizeof memory);
+    usage.residentBytes = memory.WorkingSetSize;
+    return usage;
 }
 
 Module::Module(const char* path)
@@ -204,8 +229,19 @@ bool Moment::tellsComputing() {
     return false;
 }
 
-/// The section is the logon's, the settings are the user's: a Wine prefix or a user of one's own is needed.
-Surroundings::Surroundings() = default;
+/// The section is the logon's, and the settings are the user's, whose own are put aside meanwhile.
+struct Surroundings::State {
+    test::UserSettings settings;
+    test::TemporaryFolder folder;
+};
+
+Surroundings::Surroundings(UserFiles files) : state_(std::make_unique<State>()) {
+    if (files == UserFiles::kNone) return;
+    writeUserFiles(state_->folder.path());
+    state_->settings.set(L"DataFolder", test::text(state_->folder.path().wstring()));
+    for (const auto& [name, value] : userSettings())
+        state_->settings.set({name.begin(), name.end()}, std::visit(Stored{}, value));
+}
 Surroundings::~Surroundings() = default;
 
 bool comeFirst() {

@@ -1,4 +1,5 @@
 #include "tests/tools/record/recording_fixture.hpp"
+#include "tools/record/record.hpp"
 #include "tools/record/recording_writer.hpp"
 
 #include <gmock/gmock.h>
@@ -144,6 +145,27 @@ TEST_F(RecordCommand, RateTellsHowOftenIsLooked) {
     whileAsleep = [&] { store(ZAN_BSP, 6.4); }; // every 50 ms at most
     run({"record", "-o", path("a.sqlite"), "--seconds", "4", "--rate", "1"});
     EXPECT_THAT(contentOf("a.sqlite").values, SizeIs(4));
+}
+
+TEST_F(RecordCommand, OnATerminalALineTellsEachSecondWhatIsRecorded) {
+    store(ZAN_BSP, 1.0);
+    whileAsleep = [&] { store(ZAN_BSP, 6.4); };
+    std::ostringstream out;
+    std::ostringstream err;
+    const tools::CommandContext context{platform, out, err, stop, terminal, [this] { return columns; }};
+    recording::RecordOptions options;
+    options.file = path("a.sqlite");
+    options.rate = 10.0;
+    options.seconds = 2.5;
+    options.progress = true;
+    EXPECT_EQ(recording::runRecord(context, options), 0);
+    EXPECT_THAT(err.str(), HasSubstr("11 values/s, 11 rows, 1 boat, 0."));
+    EXPECT_THAT(err.str(), HasSubstr(" MB, newest 0.0 s"));
+    EXPECT_THAT(err.str(), HasSubstr("10 values/s, 21 rows, 1 boat, 0."));
+    options.progress = false;
+    err.str("");
+    EXPECT_EQ(recording::runRecord(context, options), 0);
+    EXPECT_EQ(err.str().find("values/s"), std::string::npos);
 }
 
 TEST_F(RecordCommand, AllBoatsInUseOrThoseAskedFor) {

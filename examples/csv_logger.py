@@ -19,7 +19,7 @@ from typing import List, Union
 
 import tallowmere
 
-READER_HAS_GONE = (errno.EPIPE, errno.EINVAL)  # Windows says EINVAL
+READER_HAS_GONE = errno.EINVAL if sys.platform == "win32" else errno.EPIPE
 
 
 def parse_arguments() -> argparse.Namespace:
@@ -67,7 +67,7 @@ def main() -> int:
         print(f"csv_logger: {error}", file=sys.stderr)
         return 1
     except OSError as error:
-        if error.errno not in READER_HAS_GONE:
+        if error.errno != READER_HAS_GONE:
             raise
         # Nothing more can be written, not even at the end.
         os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())

@@ -4,6 +4,7 @@ import datetime
 import decimal
 import fractions
 import math
+import sys
 import threading
 import unittest.mock
 
@@ -319,7 +320,8 @@ class Samples(Case):
                 return math.floor(self.now * 64) / 64
 
         clock = Clock()
-        with unittest.mock.patch("tallowmere._samples.time", clock):
+        module = sys.modules["tallowmere._samples"]  # by its name stands the function
+        with unittest.mock.patch.object(module, "time", clock):
             self.assertEqual(len(list(tallowmere.samples(["BSP"], interval=0.001, count=1000))), 1000)
         self.assertAlmostEqual(clock.now, 0.999)
 

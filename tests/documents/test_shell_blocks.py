@@ -425,6 +425,18 @@ class Documents(unittest.TestCase):
             self.assertNotRegex(prose(document), rf"\n( {{4,}}|\t){command} ", document)
             self.assertNotRegex(prose(document), rf"`{command} [^`]*\.(?:deb|whl|tgz)`", document)
 
+    def test_the_prototypes_of_the_functions_are_the_headers(self) -> None:
+        def plain(text: str) -> str:
+            return " ".join(text.split())
+
+        header = read("include/tallowmere/tallowmere.h")
+        declared = [
+            plain(each) for each in re.findall(r"^TALLOWMERE_API\s+([^;]*?)\s+TALLOWMERE_NOEXCEPT;", header, re.MULTILINE)
+        ]
+        self.assertEqual(len(declared), 11)
+        shown = re.findall(r"^ {4}(\w+ \w+\([^)]*\))(?: {2,}.*)?$", prose("docs/functions.md"), re.MULTILINE)
+        self.assertEqual(sorted(map(plain, shown)), sorted(declared))
+
     def test_no_table_has_a_gap(self) -> None:
         for document in documents():
             # A row behind an empty line is a head: dashes follow.

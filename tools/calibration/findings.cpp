@@ -8,7 +8,8 @@ namespace {
 constexpr std::size_t kMostAtOnePlace = 100;
 constexpr std::size_t kMostQuoted = 40;
 
-std::string inQuotes(const std::string& text) {
+/// A printable text.
+std::string cutInQuotes(const std::string& text) {
     const std::string_view cut = cutToWidth(text, kMostQuoted);
     return "\"" + std::string(cut) + (cut.size() < text.size() ? "..." : "") + "\"";
 }
@@ -30,11 +31,11 @@ void Findings::add(std::u16string_view place, std::size_t line, std::string what
 }
 
 std::string inQuotes(std::u16string_view text) {
-    return inQuotes(printable(text.substr(0, 2 * kMostQuoted)));
+    return cutInQuotes(printable(text.substr(0, 2 * kMostQuoted)));
 }
 
 std::string inQuotes(std::string_view text) {
-    return inQuotes(printable(text.substr(0, 4 * kMostQuoted)));
+    return cutInQuotes(printable(text.substr(0, 4 * kMostQuoted)));
 }
 
 } // namespace tallowmere::tools

@@ -94,7 +94,17 @@ std::string narrowText(std::u16string_view text, std::size_t maxBytes) {
 
 std::u16string widenText(std::string_view bytes) {
     std::u16string text;
-    text.reserve(bytes.size());
+    widenText(bytes, text);
+    return text;
+}
+
+void widenText(std::string_view bytes, std::u16string& text) {
+    // ASCII up to its end, as most text is, or up to the first other character, is taken at one go.
+    const auto* const other = std::ranges::find_if(bytes, [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+    text.resize(static_cast<std::size_t>(other - bytes.begin()));
+    std::copy(bytes.begin(), other, text.begin());
+    bytes.remove_prefix(text.size());
+    if (!bytes.empty()) text.reserve(text.size() + bytes.size());
     while (!bytes.empty()) {
         const char32_t character = takeCharacter(bytes);
         if (character < 0x10000) {
@@ -104,7 +114,6 @@ std::u16string widenText(std::string_view bytes) {
             text += static_cast<char16_t>(0xDC00 + ((character - 0x10000) & 0x3FF));
         }
     }
-    return text;
 }
 
 std::size_t narrowInto(std::u16string_view text, std::span<char> buffer) noexcept {

@@ -14,6 +14,8 @@ namespace tallowmere::platform::posix {
 
 /// UTF-8 as text. Each byte that belongs to no well-formed character becomes U+FFFD.
 [[nodiscard]] std::u16string widenText(std::string_view bytes);
+/// The same into a text that is there, whose room is used again.
+void widenText(std::string_view bytes, std::u16string& text);
 
 /// The same as narrowText into a buffer and without allocation; the number of bytes, or 0 when the text
 /// does not fit whole or is empty.

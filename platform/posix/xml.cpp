@@ -6,6 +6,7 @@
 #include <expat.h>
 #include <new>
 #include <sys/stat.h>
+#include <utility>
 
 namespace tallowmere::platform::posix {
 namespace {
@@ -22,8 +23,14 @@ struct ParserDeleter {
 using Parser = std::unique_ptr<XML_ParserStruct, ParserDeleter>;
 
 /// Prefixes are of no interest here.
-std::u16string localName(std::string_view name) {
-    return widenText(name.substr(name.rfind(':') + 1));
+std::string_view localName(std::string_view name) noexcept {
+    return name.substr(name.rfind(':') + 1);
+}
+
+std::size_t countNamesAndValues(const XML_Char* const* attributes) noexcept {
+    std::size_t count = 0;
+    while (attributes[count] != nullptr) ++count;
+    return count;
 }
 
 /// Reads the file piece by piece; the parser pauses at each start tag until the next element is asked for.
@@ -43,7 +50,7 @@ class ExpatReader final : public XmlReader {
             malformed_ = status == XML_STATUS_ERROR;
             ended_ = malformed_ || (status == XML_STATUS_OK && lastPiece_);
             if (!paused_) continue;
-            element = std::move(element_);
+            std::swap(element, element_); // what it holds is room for the next one
             return true;
         }
         return false;
@@ -81,10 +88,12 @@ class ExpatReader final : public XmlReader {
         if (++level_ > kDeepestLevel) return stop();
         line_ = ::XML_GetCurrentLineNumber(parser_.get()); // once paused the parser stands behind the tag
         try {
-            element_.name = localName(name);
-            element_.attributes.clear();
-            for (; *attributes != nullptr; attributes += 2)
-                element_.attributes.push_back({localName(attributes[0]), widenText(attributes[1])});
+            widenText(localName(name), element_.name);
+            element_.attributes.resize(countNamesAndValues(attributes) / 2);
+            for (XmlAttribute& attribute : element_.attributes) {
+                widenText(localName(*attributes++), attribute.name);
+                widenText(*attributes++, attribute.value);
+            }
             ::XML_StopParser(parser_.get(), XML_TRUE);
         } catch (const std::bad_alloc&) {
             outOfMemory_ = true;

@@ -98,6 +98,13 @@ TEST_P(XmlContract, AnEmptyAttributeIsThereAndEmpty) {
     EXPECT_EQ(elementsOf(R"(<a x="" y="1"/>)"), u"a(x=,y=1)");
 }
 
+TEST_P(XmlContract, AnElementHasNothingOfThoseBefore) {
+    EXPECT_EQ(
+        elementsOf(
+            R"(<first one="a long value of it" two="2" three="3"><b one=""/><c/><d four="4" five="&#228;5"/></first>)"),
+        u"first(one=a long value of it,two=2,three=3) b(one=) c() d(four=4,five=\u00E45)");
+}
+
 TEST_P(XmlContract, TextCommentsAndInstructionsAreNoElements) {
     EXPECT_EQ(elementsOf("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!-- <x/> -->\n"
                          "<a>text<![CDATA[<y/>]]><!-- <z/> --><?go <w/>?><b/>more</a>\n<!-- end -->\n"),

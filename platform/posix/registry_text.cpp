@@ -69,6 +69,7 @@ std::optional<std::uint32_t> takeHex(std::string_view& text, std::size_t maxDigi
 /// Takes bytes parted by commas, with blanks and the backslashes of continued lines among them.
 std::optional<std::vector<std::byte>> takeBytes(std::string_view text) {
     std::vector<std::byte> bytes;
+    bytes.reserve(text.size() / 3 + 1); // two digits and a comma each
     const auto skipGap = [&] { text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n\\"), text.size())); };
     for (skipGap(); !isAtEnd(text); skipGap()) {
         const std::optional<std::uint32_t> byte = takeHex(text, 2);
@@ -97,6 +98,7 @@ std::vector<std::byte> stringBytes(std::string_view utf8) {
 
 std::vector<std::byte> dwordBytes(std::uint32_t value) {
     std::vector<std::byte> bytes;
+    bytes.reserve(sizeof value);
     for (unsigned shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<std::byte>(value >> shift & 0xFF));
     return bytes;
 }

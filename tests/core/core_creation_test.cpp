@@ -79,6 +79,11 @@ TEST_F(CoreCreation, StepsComeInOrder) {
     EXPECT_EQ(std::count(machine.trace.begin(), machine.trace.end(), "OpenFile"), 1);
 }
 
+TEST_F(CoreCreation, SettingsAreOpenedOnce) {
+    const auto core = start();
+    EXPECT_EQ(std::count(machine.trace.begin(), machine.trace.end(), "OpenSettings"), 1);
+}
+
 TEST_F(CoreCreation, BoatsAreReadBeforeChannels) {
     addUsersSettings(machine);
     addUsersFiles(machine);

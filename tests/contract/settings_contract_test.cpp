@@ -188,6 +188,53 @@ TEST_P(SettingsContract, ABufferThatIsTooSmallGivesNothingAndALargerOneKeepsItsR
     EXPECT_EQ(std::memcmp(buffer.data(), "12345678\x55\x55\x55\x55", 12), 0);
 }
 
+TEST_P(SettingsContract, AKeyOfManyValuesGivesEach) {
+    std::vector<PlatformFixture::Setting> settings;
+    for (std::size_t i = 0; i < 300; ++i) {
+        const std::string number = std::to_string(i);
+        settings.push_back({u"Value" + std::u16string(number.begin(), number.end()), SettingsType::Binary,
+                            std::string(i % 9, static_cast<char>(i & 0xFF))});
+    }
+    fixture->putSettings(path, settings);
+    const auto key = platform.openSettings(path);
+    ASSERT_NE(key, nullptr);
+    for (const PlatformFixture::Setting& each : settings) EXPECT_EQ(valueBytes(*key, each.name), each.bytes);
+    EXPECT_FALSE(key->describe(u"Value"));
+    EXPECT_TRUE(key->describe(u"vALUE299"));
+}
+
+TEST_P(SettingsContract, LargeValuesAndLongNamesAreGivenAmongSmallOnes) {
+    const std::u16string longName(200, u'n');
+    const std::vector<PlatformFixture::Setting> settings = {
+        {u"Small", SettingsType::Dword, std::string("\1\0\0\0", 4)},
+        {u"Large", SettingsType::Binary, std::string(70'000, 'x')},
+        {u"AtALimit", SettingsType::Binary, std::string(1024, 'y')},
+        {u"Beyond", SettingsType::String, std::string(1022, 'z') + std::string(4, '\0')},
+        {longName, SettingsType::Dword, std::string("\2\0\0\0", 4)},
+        {u"Last", SettingsType::Dword, std::string("\3\0\0\0", 4)}};
+    fixture->putSettings(path, settings);
+    const auto key = platform.openSettings(path);
+    ASSERT_NE(key, nullptr);
+    for (const PlatformFixture::Setting& each : settings) {
+        EXPECT_EQ(typeOf(*key, each.name), each.type);
+        EXPECT_EQ(valueBytes(*key, each.name), each.bytes);
+    }
+    std::array<std::byte, 8> buffer{};
+    EXPECT_FALSE(key->read(u"Large", buffer));
+}
+
+TEST_P(SettingsContract, AKeyThatHasBeenReadSeesWhatItWritesThen) {
+    const auto key = platform.createSettings(path);
+    ASSERT_NE(key, nullptr);
+    key->writeDword(u"Number", 3);
+    const auto read = platform.openSettings(path);
+    EXPECT_EQ(typeOf(*read, u"Number"), SettingsType::Dword);
+    read->writeString(u"Number", u"three");
+    read->writeDword(u"Other", 4);
+    EXPECT_EQ(valueBytes(*read, u"Number"), bytesOf(std::u16string(u"three\0", 6)));
+    EXPECT_EQ(typeOf(*read, u"Other"), SettingsType::Dword);
+}
+
 TALLOWMERE_CONTRACT(SettingsContract);
 
 } // namespace

@@ -188,6 +188,39 @@ TEST_F(CoreSettings, AShortDwordIsExtendedWithZeros) {
     EXPECT_EQ(view.area().systemFlags[2], 1);
 }
 
+TEST_F(CoreSettings, NamesGoWithoutRegardToCase) {
+    settings_->set(L"SYS_V3", number(2.5));
+    settings_->set(L"sys_b5", dword(1));
+    settings_->set(L"sYs_I8", dword(2));
+    ReadyClient client;
+    const SectionView view;
+    EXPECT_EQ(view.area().systemVariables[3], 2.5);
+    EXPECT_EQ(view.area().systemFlags[5], 1);
+    EXPECT_EQ(view.area().systemIntegers[8], 2);
+}
+
+TEST_F(CoreSettings, NamesThatAreAlikeOnlyAreOthers) {
+    for (const wchar_t* name : {L"\u017Fys_b5", L"Sys_b05", L"Sys_b5 ", L"Sys_b", L"Sys_\uFF425"})
+        settings_->set(name, dword(1));
+    ReadyClient client;
+    const SectionView view;
+    expectDefaults(view.area());
+}
+
+TEST_F(CoreSettings, OthersAmongThemCountForNothing) {
+    for (const std::size_t others : {60U, 300U}) {
+        for (std::size_t i = 0; i < others; ++i) settings_->set(L"Other" + std::to_wstring(i), dword(1));
+        settings_->set(L"Large", raw(REG_BINARY, 100'000));
+        setAll(L"Sys_b", kStoredFlags, dword(1));
+        settings_->set(L"Sys_v3", number(2.5));
+        ReadyClient client;
+        const SectionView view;
+        EXPECT_EQ(view.area().systemVariables[3], 2.5) << others;
+        EXPECT_EQ(view.area().systemVariables[4], 3) << others;
+        for (std::size_t i = 0; i < kStoredFlags; ++i) EXPECT_EQ(view.area().systemFlags[i], 1) << others << ' ' << i;
+    }
+}
+
 // --- texts of a wrong type or size
 
 class WrongText : public CoreSettings, public testing::WithParamInterface<WrongForm> {};

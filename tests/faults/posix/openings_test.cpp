@@ -121,20 +121,20 @@ TEST_F(OpeningFailure, OfTheSectionGivesItWholeOrNot) {
 
 TEST_F(OpeningFailure, OfALookGivesItWholeOrNot) {
     startHost();
-    struct Seen {
+    struct Looked {
         std::unique_ptr<platform::SectionLook> look;
         bool owned = false;
         std::u16string maker;
     };
     const auto all = [] {
-        Seen seen{look(), false, {}};
+        Looked seen{look(), false, {}};
         if (!seen.look) return seen;
         seen.owned = seen.look->isOwned();
         seen.maker = seen.look->maker();
         return seen;
     };
     const std::u16string maker = all().maker;
-    failEach(40, all, [&](Seen seen, bool over) {
+    failEach(40, all, [&](Looked seen, bool over) {
         EXPECT_TRUE(!over || (seen.look && seen.owned && seen.maker == maker));
         if (seen.look) {
             EXPECT_TRUE(showsTheHosts(seen.look->view()) && seen.look->isOwned());

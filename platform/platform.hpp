@@ -88,8 +88,7 @@ struct SettingsInfo {
     std::size_t size; // bytes
 };
 
-/// An open key of the user's settings. It shows its values as they were at some moment between its opening and the
-/// first read, or at each read, and what it has written itself.
+/// An open key of the user's settings.
 class SettingsKey {
   public:
     virtual ~SettingsKey() = default;

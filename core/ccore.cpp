@@ -8,6 +8,7 @@
 #include "core/second_stage.hpp"
 #include "log/system_log.hpp"
 #include "settings/core_settings.hpp"
+#include "settings/reg_ex.hpp"
 
 namespace tallowmere {
 namespace {
@@ -64,6 +65,8 @@ std::unique_ptr<platform::SharedSection> CCore::attachSection(platform::Platform
 /// What the first process does, once, for all: defaults, the user's settings, then the files.
 void CCore::fillNewSection() noexcept {
     initialiseArea(*area());
+    // KEPT: making the defaults opens the core key and reads nothing from it.
+    attempt([&] { CRegEx(context().platform).Open(kCoreKey); });
     attempt([&] { readCoreSettings(context()); });
     attempt([&] { readBoats(context(), tracks_.get()); });
     attempt([&] { readChannels(context()); });

@@ -79,9 +79,12 @@ TEST_F(CoreCreation, StepsComeInOrder) {
     EXPECT_EQ(std::count(machine.trace.begin(), machine.trace.end(), "OpenFile"), 1);
 }
 
-TEST_F(CoreCreation, SettingsAreOpenedOnce) {
+TEST_F(CoreCreation, SettingsAreOpenedOnceForTheDefaultsWithNothingReadAndOnceMoreToBeRead) {
+    addUsersSettings(machine);
     const auto core = start();
-    EXPECT_EQ(std::count(machine.trace.begin(), machine.trace.end(), "OpenSettings"), 1);
+    EXPECT_EQ(std::count(machine.trace.begin(), machine.trace.end(), "OpenSettings"), 2);
+    EXPECT_LT(lastOf("OpenSettings"), firstOf("DescribeValue"));
+    EXPECT_LT(lastOf("OpenSettings"), firstOf("ReadValue"));
 }
 
 TEST_F(CoreCreation, BoatsAreReadBeforeChannels) {

@@ -196,6 +196,8 @@ class Run {
                                                      &Run::system,  &Run::system,  &Run::setSystem, &Run::manOverboard,
                                                      &Run::resolve, &Run::host,    &Run::host,      &Run::passTime};
         (this->*kSteps[input_.take<std::uint8_t>() % kSteps.size()])();
+        if (GetBoatNum() != 100) fail("GetBoatNum");
+        if (GetZanVarNum() != 414) fail("GetZanVarNum");
     }
 
     void setVar() {
@@ -242,6 +244,7 @@ class Run {
         std::array<char, 20> name{};
         const Bytes text = input_.bytes(input_.take<std::uint8_t>() % 19);
         std::copy(text.begin(), text.end(), name.begin());
+        SetZanUserVarName(channel, nullptr);
         SetZanUserVarName(channel, name.data());
         model_.setUserName(channel, std::string_view(name.data()));
     }
@@ -249,6 +252,7 @@ class Run {
         const std::uint16_t channel = input_.channel();
         std::array<char, 16> name;
         name.fill('~');
+        GetZanVarName(channel, nullptr);
         GetZanVarName(channel, name.data());
         const std::string expected = model_.name(channel);
         const std::string_view untouched("~~~~~~~~~~~~~~~~");

@@ -1,5 +1,7 @@
 // Every call on a section whose bytes are anything, put there before a call and between any two loads that a call
-// makes. Each call may write to the places that the documents name for it and to no other byte.
+// makes. Each call may write to the places that the documents name for it and to no other byte, and what the eleven
+// functions answer is held against what their header says of any section; where nothing changes meanwhile, against the
+// bytes as they lie.
 #include "core/channels/area_defaults.hpp"
 #include "core/config/alternate_table.hpp"
 #include "core/config/boats_file.hpp"
@@ -20,10 +22,19 @@
 
 #include <tallowmere/tallowmere.h>
 
+#include <algorithm>
+#include <bit>
 #include <memory>
 
 namespace tallowmere::fuzz {
 namespace {
+
+/// What stands in a caller's variable before a call.
+constexpr double kUntouched = -987.25;
+
+bool sameBits(double a, double b) noexcept {
+    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+}
 
 /// One section with what it is filled with at the start of each run, and the core objects that work on it.
 class Machine {
@@ -95,6 +106,7 @@ class Run {
             &Run::attach,     &Run::secondStage, &Run::paths,      &Run::readFiles, &Run::patchNow, &Run::patchLater,
             &Run::setVar,     &Run::hostStore,   &Run::patchLater, &Run::patchNow,  &Run::passTime, &Run::storm};
         (this->*kSteps[input_.take<std::uint8_t>() % kSteps.size()])();
+        counts();
     }
 
     // --- other processes
@@ -154,63 +166,149 @@ class Run {
 
     // --- the exported functions
 
+    /// True when nothing changes during the next call.
+    [[nodiscard]] bool isStill() const noexcept { return intruder_.isQuiet(); }
+    template <class T> [[nodiscard]] T raw(std::size_t offset) const {
+        T value;
+        watched_.copyOut(offset, &value, sizeof value);
+        return value;
+    }
+    [[nodiscard]] static bool isInRange(std::uint16_t channel, std::uint16_t boat) noexcept {
+        return channel < kChannels && boat < kBoats;
+    }
+
+    /// The same whatever happens to the section: asked after each step, and so while it changes.
+    static void counts() {
+        if (GetBoatNum() != 100) fail("GetBoatNum");
+        if (GetZanVarNum() != 414) fail("GetZanVarNum");
+    }
+    void checkStored(std::uint16_t channel, std::uint16_t boat, std::uint8_t answer) {
+        if (channel == 0 || !isInRange(channel, boat)) {
+            if (answer != static_cast<std::uint8_t>(channel + 255))
+                fail("not the code of a write out of range", channel);
+            return;
+        }
+        if (answer > 1) fail("no truth about a write", channel);
+        if (answer != 0 && !valuePlace(channel, boat)) fail("a write without a place", channel);
+    }
     void setVar() {
         const std::uint16_t channel = input_.channel();
         const std::uint16_t boat = input_.boat();
-        (void)SetZanVar(channel, input_.number(), boat);
+        checkStored(channel, boat, SetZanVar(channel, input_.number(), boat));
         allowStore(channel, boat);
     }
     void setVar2() {
         const std::uint16_t channel = input_.channel();
         const std::uint16_t boat = input_.boat();
         const auto record = input_.take<ChannelValue>();
-        (void)SetZanVar2(channel, &record, boat);
+        checkStored(channel, boat, SetZanVar2(channel, &record, boat));
         allowStore(channel, boat);
     }
-    void checkSource(std::uint16_t channel, std::uint16_t source) {
+    /// True when the source keeps values of the boat.
+    bool checkSource(std::uint16_t channel, std::uint16_t boat, std::uint16_t source) {
+        const bool alternating = channel >= 117 && channel <= 126;
         if (source >= kChannels && source != 32767) fail("a source is no channel", source);
-        if (channel < 117 && source != channel && source != 32767) fail("another channel was read", source);
+        if (!alternating && source != (isInRange(channel, boat) ? channel : 32767))
+            fail("another channel was read", source);
+        return valuePlace(source, boat).has_value();
     }
     void getVar() {
         const std::uint16_t channel = input_.channel();
-        double value = 0.0;
+        const std::uint16_t boat = input_.boat();
+        double value = kUntouched;
         std::uint16_t source = 0;
-        (void)GetZanVar(channel, &value, input_.boat(), &source);
-        checkSource(channel, source);
+        const std::uint8_t holds = GetZanVar(channel, &value, boat, &source);
+        const bool hasPlace = checkSource(channel, boat, source);
+        if (holds > 1 || (holds != 0 && (!hasPlace || value == 32767.0))) fail("GetZanVar's answer", channel);
+        if (!isInRange(channel, boat) && value != 32767.0) fail("a value from out of range", channel);
+        if (isInRange(channel, boat) && holds == 0 && value != 32767.0 && !sameBits(value, kUntouched))
+            fail("a value that is none", channel);
+        if (isInRange(channel, boat) && !hasPlace && !sameBits(value, kUntouched))
+            fail("a value from nowhere", channel);
+    }
+    /// No value of any kind that a channel has.
+    [[nodiscard]] static bool isNone(const ChannelValue& record) noexcept {
+        switch (record.kind) {
+        case ZAN_KIND_DOUBLE:
+            return record.payload.number == 32767.0;
+        case ZAN_KIND_INTEGER:
+            return record.payload.integer == 32767;
+        default:
+            return record.kind == ZAN_KIND_TIME && record.payload.ticks == INT64_MAX;
+        }
     }
     void getVar2() {
         const std::uint16_t channel = input_.channel();
+        const std::uint16_t boat = input_.boat();
+        const bool still = isStill();
         ChannelValue record{};
         std::uint16_t source = 0;
-        (void)GetZanVar2(channel, &record, input_.boat(), &source);
-        checkSource(channel, source);
+        const std::uint8_t holds = GetZanVar2(channel, &record, boat, &source);
+        const bool hasPlace = checkSource(channel, boat, source);
+        if (holds > 1) fail("no truth about a record", channel);
+        if (!isInRange(channel, boat) && record.kind != ZAN_KIND_DOUBLE) fail("a kind from out of range", channel);
+        if (!hasPlace || (still && boat >= boats())) {
+            if (holds != 0 || !isNone(record)) fail("a record from nowhere", channel);
+        } else if (still) {
+            const auto lies = raw<ChannelValue>(valuePlace(source, boat)->record);
+            if (std::memcmp(&record, &lies, sizeof record) != 0) fail("another record", channel);
+        }
     }
     void names() {
         const std::uint16_t channel = input_.channel();
         std::array<char, 16> name{};
         if (input_.take<std::uint8_t>() % 2 == 0) {
+            name.fill('~');
             GetZanVarName(channel, name.data());
-            if (name.back() != '\0') fail("an unended name", channel);
+            GetZanVarName(channel, nullptr);
+            checkName(channel, name);
             return;
         }
         const Bytes text = input_.bytes(name.size());
         std::copy(text.begin(), text.end(), name.begin());
+        SetZanUserVarName(channel, nullptr);
         SetZanUserVarName(channel, name.data());
         const std::size_t user = channel < 172 ? channel + 172u : channel;
         if (user >= 172 && user <= 203) watched_.allow(place::longName(user), 96); // both names
     }
+    static void checkName(std::uint16_t channel, const std::array<char, 16>& name) {
+        const auto holds = [](char c) { return [c](char each) { return each == c; }; };
+        if (channel >= kChannels) {
+            if (!std::all_of(name.begin(), name.end(), holds('~'))) fail("a name of no channel", channel);
+            return;
+        }
+        const auto* const end = std::find(name.begin(), name.end(), '\0');
+        if (end == name.end()) fail("an unended name", channel);
+        if (!std::all_of(end, name.end(), holds('\0'))) fail("a name is not filled up with zeros", channel);
+    }
     void manOverboard() {
         const double latitude = input_.number();
-        (void)SetMOB(latitude, input_.number());
+        const double longitude = input_.number();
+        const bool still = isStill();
+        const bool hasWindow = raw<std::uint64_t>(place::kHostWindow) != 0;
+        const int posted = SetMOB(latitude, longitude);
+        if (posted != 0 && posted != machine_.platform.postResult) fail("SetMOB");
+        if (still && (posted != 0) != hasWindow) fail("an alarm for another host");
+        if (still && !hasWindow) return;
         watched_.allow(place::kMobName, 32);
         watched_.allow(place::kMobLatitude, 18); // longitude and flags too
+        if (still && (!sameBits(raw<double>(place::kMobLatitude), latitude) ||
+                      !sameBits(raw<double>(place::kMobLatitude + 8), longitude)))
+            fail("another mark");
     }
     void readSystem() {
         const std::uint16_t index = input_.take<std::uint8_t>();
-        double value = 0.0;
-        std::uint8_t flag = 0;
-        (void)GetSysVar(index, &value);
-        (void)GetSysBool(index, &flag);
+        const bool still = isStill();
+        double value = kUntouched;
+        std::uint8_t flag = 77;
+        const std::uint8_t hasValue = GetSysVar(index, &value);
+        const bool stillThen = still && isStill();
+        const std::uint8_t hasFlag = GetSysBool(index, &flag);
+        if (hasValue != (value != 32767.0 ? 1 : 0) || (index >= 80 && hasValue != 0)) fail("GetSysVar", index);
+        if (hasFlag != (index < 60 ? 1 : 0) || (index >= 60 && flag != 77)) fail("GetSysBool", index);
+        if (still && index < 80 && !sameBits(value, raw<double>(place::variable(index))))
+            fail("another variable", index);
+        if (stillThen && index < 60 && flag != raw<std::uint8_t>(place::flag(index))) fail("another flag", index);
         (void)machine_.client->system().integer(index);
         (void)machine_.client->system().inMode(index, 0);
     }

@@ -13,7 +13,9 @@
 #include <tallowmere/view.h>
 
 #include <bit>
+#include <chrono>
 #include <cmath>
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <utility>
@@ -314,10 +316,19 @@ class Run {
     }
     void source() {
         const std::uint16_t channel = input_.channel();
+        const bool still = isStill();
         const std::uint16_t found = during([&] { return tlm_view_source(view_.get(), channel); });
         if (found >= kChannels && found != TLM_VIEW_NO_CHANNEL) fail("no channel", found);
         const bool alternating = channel >= 117 && channel <= 126;
+        if (alternating && still && !isInTable(found)) fail("a channel that stands for none", found);
         if (!alternating && found != (channel < kChannels ? channel : TLM_VIEW_NO_CHANNEL)) fail("no source", found);
+    }
+    /// An alternating channel stands for another by way of one row of the table or two, or for none.
+    [[nodiscard]] bool isInTable(std::uint16_t found) const {
+        if (found == TLM_VIEW_NO_CHANNEL) return true;
+        for (std::size_t cell = 0; cell < 90; ++cell)
+            if (raw<std::int32_t>(place::kAlternates + 4 * cell) == found) return true;
+        return false;
     }
     void boat() {
         const std::uint16_t boat = input_.boat();
@@ -390,9 +401,24 @@ class Run {
         const std::uint64_t window = during([&] { return tlm_view_host_window(view_.get()); });
         if (still && count != boats()) fail("another number of boats", count);
         if (stillThen && window != raw<std::uint64_t>(place::kHostWindow)) fail("another window");
+        const bool stillToTheEnd = stillThen && intruder_.isQuiet();
         const std::int32_t replay = during([&] { return tlm_view_is_replay(view_.get()); });
         if (replay < 0 || replay > (isAttached() ? 1 : 0)) fail("no truth about a replay");
+        if (stillToTheEnd && (replay != 0) != saysReplay()) fail("a replay that is none, or none that is one");
         if (tlm_view_interface() != TLM_VIEW_INTERFACE) fail("another interface");
+        checkClock();
+    }
+    /// The sign that a player leaves in the name of boat 0.
+    [[nodiscard]] bool saysReplay() const {
+        constexpr std::u16string_view kSign = u"[REPLAY]";
+        return std::memcmp(&machine_.file.bytes()[place::boatName(0)], kSign.data(), 2 * kSign.size()) == 0;
+    }
+    /// A second to both sides: somebody may set the machine's clock.
+    static void checkClock() {
+        using Ticks = std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>;
+        constexpr std::int64_t kTicksTo1970 = 116'444'736'000'000'000;
+        const auto now = std::chrono::floor<Ticks>(std::chrono::system_clock::now().time_since_epoch()).count();
+        if (std::abs(tlm_view_now() - kTicksTo1970 - now) > 10'000'000) fail("another clock");
     }
     /// No view at all: what needs none answers.
     void withoutOne() {
@@ -402,11 +428,13 @@ class Run {
         read();
         readGroup();
         channel();
+        find();
         source();
         boat();
         findBoat();
         system();
         mark();
+        simple();
         if (tlm_view_refresh(nullptr) != TLM_VIEW_NO_SECTION || tlm_view_refresh_now(nullptr) != TLM_VIEW_NO_SECTION)
             fail("no view has a section");
         (void)View(tlm_view_open()); // and a second one beside the first

@@ -3,9 +3,11 @@
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <grp.h>
 #include <iterator>
 #include <stdexcept>
+#include <string>
 #include <sys/ptrace.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -144,6 +146,14 @@ int runAs(uid_t user, const std::function<int()>& body) {
 int openFileCount() {
     const std::filesystem::directory_iterator files("/proc/self/fd");
     return static_cast<int>(std::distance(begin(files), end(files)));
+}
+
+int mappingsBelow(const std::filesystem::path& folder) {
+    const std::string path = " " + folder.string() + "/";
+    std::ifstream maps("/proc/self/maps");
+    int count = 0;
+    for (std::string line; std::getline(maps, line);) count += line.find(path) != line.npos ? 1 : 0;
+    return count;
 }
 
 } // namespace tallowmere::test

@@ -1,6 +1,7 @@
 // Child processes of a test, forked without exec, that are stopped and killed at will.
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <sys/types.h>
 
@@ -60,5 +61,8 @@ enum class Stepped {
 
 /// How many files this process has open.
 [[nodiscard]] int openFileCount();
+
+/// How many mappings this process has of files below a folder, removed ones too.
+[[nodiscard]] int mappingsBelow(const std::filesystem::path& folder);
 
 } // namespace tallowmere::test

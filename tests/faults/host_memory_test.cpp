@@ -101,6 +101,7 @@ TEST_F(HostMemory, AFailingRequestLeavesTheDocumentedDefault) {
         expectUsersOrDefault(*core);
         core.reset();
         EXPECT_EQ(piecesHeld(), held - 1); // the room too
+        EXPECT_FALSE(machine.holdsSection());
         expectNextStartIsWhole(n - forSection);
         if (over) break;
         ++cases;
@@ -126,6 +127,7 @@ TEST_F(HostMemory, NoneAtAllFromSomePointOnLeavesTheDocumentedDefault) {
         core.reset();
         failAllocation(0);
         EXPECT_EQ(piecesHeld(), held - 1);
+        EXPECT_FALSE(machine.holdsSection());
         expectNextStartIsWhole(n - forSection);
         if (over) break;
         ++cases;

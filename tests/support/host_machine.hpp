@@ -21,6 +21,9 @@ class HostMachine {
     /// The data folder, with its sub-folders "config" and "calibration".
     [[nodiscard]] std::filesystem::path folder() const;
 
+    /// True while this process has the section mapped; on Windows while anybody holds it.
+    [[nodiscard]] bool holdsSection() const;
+
     /// Removes all settings, the data folder's name included.
     void clearSettings();
     /// Names the data folder in the core settings.

@@ -25,6 +25,7 @@ std::size_t made = 0;
 std::size_t failing = 0;
 int failure = 0;
 const char* failed = "";
+std::ptrdiff_t mappings = 0; // made, and neither given back nor moved to a place that was there
 
 /// Counts a call; true when it is the one that fails.
 bool fails(const char* name) noexcept {
@@ -59,6 +60,9 @@ std::size_t endFailing() noexcept {
     counting = false;
     return made;
 }
+std::ptrdiff_t mappingsHeld() noexcept {
+    return mappings;
+}
 const char* failedCall() noexcept {
     return failed;
 }
@@ -66,6 +70,7 @@ const char* failedCall() noexcept {
 } // namespace tallowmere::test
 
 using tallowmere::test::fails;
+using tallowmere::test::mappings;
 using tallowmere::test::shortOf;
 using tallowmere::test::unreserved;
 
@@ -90,8 +95,6 @@ WRAPPED(int, ftruncate, (int file, off_t size), (file, size), -1)
 WRAPPED(ssize_t, getrandom, (void* bytes, std::size_t size, unsigned flags), (bytes, size, flags), -1)
 WRAPPED(int, lstat, (const char* path, struct stat* status), (path, status), -1)
 WRAPPED(int, mkdir, (const char* path, mode_t mode), (path, mode), -1)
-WRAPPED(void*, mmap, (void* at, std::size_t size, int access, int flags, int file, off_t start),
-        (at, size, access, flags, file, start), MAP_FAILED)
 WRAPPED(int, poll, (pollfd * files, nfds_t count, int milliseconds), (files, count, milliseconds), -1)
 WRAPPED(ssize_t, pwrite, (int file, const void* bytes, std::size_t size, off_t start), (file, bytes, size, start), -1)
 WRAPPED(dirent*, readdir, (DIR * folder), (folder), nullptr)
@@ -155,6 +158,24 @@ extern "C" int __wrap_openat(int folder, const char* path, int flags, ...) {
     return fails("openat") ? -1 : __real_openat(folder, path, flags, mode);
 }
 
+extern "C" void* __real_mmap(void* at, std::size_t size, int access, int flags, int file, off_t start);
+extern "C" void* __wrap_mmap(void* at, std::size_t size, int access, int flags, int file, off_t start);
+extern "C" void* __wrap_mmap(void* at, std::size_t size, int access, int flags, int file, off_t start) {
+    if (fails("mmap")) return MAP_FAILED;
+    void* const mapping = __real_mmap(at, size, access, flags, file, start);
+    if (mapping != MAP_FAILED && (flags & MAP_FIXED) == 0) ++mappings;
+    return mapping;
+}
+
+/// Not among the calls that fail: given what was mapped it can't.
+extern "C" int __real_munmap(void* at, std::size_t size);
+extern "C" int __wrap_munmap(void* at, std::size_t size);
+extern "C" int __wrap_munmap(void* at, std::size_t size) {
+    const int result = __real_munmap(at, size);
+    if (result == 0) --mappings;
+    return result;
+}
+
 extern "C" void* __real_mremap(void* from, std::size_t size, std::size_t newSize, int flags, ...);
 extern "C" void* __wrap_mremap(void* from, std::size_t size, std::size_t newSize, int flags, ...);
 extern "C" void* __wrap_mremap(void* from, std::size_t size, std::size_t newSize, int flags, ...) {
@@ -162,7 +183,10 @@ extern "C" void* __wrap_mremap(void* from, std::size_t size, std::size_t newSize
     va_start(rest, flags);
     void* const to = (flags & MREMAP_FIXED) != 0 ? va_arg(rest, void*) : nullptr;
     va_end(rest);
-    return fails("mremap") ? MAP_FAILED : __real_mremap(from, size, newSize, flags, to);
+    if (fails("mremap")) return MAP_FAILED;
+    void* const mapping = __real_mremap(from, size, newSize, flags, to);
+    if (mapping != MAP_FAILED && (flags & MREMAP_FIXED) != 0) --mappings;
+    return mapping;
 }
 
 /// The library gives it a lock, a number or nothing; all of them fit a pointer.

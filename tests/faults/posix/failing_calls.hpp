@@ -21,6 +21,10 @@ void refuseReservations(bool refuse) noexcept;
 /// Calls are done as they come again. How many there were since failCall.
 std::size_t endFailing() noexcept;
 
+/// Mappings that the library has made and neither given back nor moved to a place of its own, whether or not calls are
+/// counted.
+[[nodiscard]] std::ptrdiff_t mappingsHeld() noexcept;
+
 /// Name of the call that failed last; empty when none did.
 [[nodiscard]] const char* failedCall() noexcept;
 

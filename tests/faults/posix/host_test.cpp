@@ -3,9 +3,9 @@
 #include "core/ccore.hpp"
 #include "settings/reg_ex.hpp"
 #include "tests/channels/raw_section.hpp"
-#include "tests/contract/posix_children.hpp"
 #include "tests/contract/posix_surroundings.hpp"
 #include "tests/faults/posix/failing_calls.hpp"
+#include "tests/faults/posix/holdings.hpp"
 #include "tests/faults/posix/root_log.hpp"
 #include "tests/support/attached_library.hpp"
 #include "tests/support/case_count.hpp"
@@ -122,9 +122,9 @@ class HostFailure : public ::testing::Test {
     void quiet() { ::dup2(errors_, STDERR_FILENO); }
     void loud() { ::dup2(standardError_, STDERR_FILENO); }
 
-    /// After the failure: nothing is left open, no half-written settings, and the next life is whole.
-    void expectNothingLeft(int files, const std::string& settings) {
-        EXPECT_EQ(openFileCount(), files);
+    /// After the failure: nothing is left open or mapped, no half-written settings, and the next life is whole.
+    void expectNothingLeft(const Holdings& before, const std::string& settings) {
+        EXPECT_EQ(holdings(surroundings_.top()), before);
         EXPECT_EQ(platform::hostPlatform().openSection(sectionName(), kSharedAreaBytes), nullptr) << "still alive";
         const std::string now = surroundings_.readSettings();
         EXPECT_TRUE(now.starts_with(settings.substr(0, 100))) << now;
@@ -152,7 +152,7 @@ TEST_F(HostFailure, OfACallLeavesTheDocumentedDefault) {
     for (const int error : {EIO, ENOMEM, EMFILE, ENOSPC, EACCES, EINTR}) {
         for (std::size_t n = 1;; ++n) {
             surroundings_.writeSettings(settings);
-            const int files = openFileCount();
+            const Holdings before = holdings(surroundings_.top());
             quiet();
             failCall(n, error);
             const Seen seen = live();
@@ -162,7 +162,7 @@ TEST_F(HostFailure, OfACallLeavesTheDocumentedDefault) {
             ++cases;
             SCOPED_TRACE(std::to_string(n) + " " + failedCall() + " " + std::to_string(error));
             EXPECT_TRUE(isUsersOrDefault(seen));
-            expectNothingLeft(files, settings);
+            expectNothingLeft(before, settings);
         }
     }
     EXPECT_GT(cases.count(), 500U);
@@ -182,24 +182,24 @@ TEST_F(HostFailure, OfARequestForMemoryLeavesTheDocumentedDefault) {
     for (std::size_t n = 2;; ++n) { // the first is the object itself
         SCOPED_TRACE(n);
         surroundings_.writeSettings(settings);
-        const int files = openFileCount();
+        const Holdings before = holdings(surroundings_.top());
         const std::ptrdiff_t held = piecesHeld();
         quiet();
-        const std::size_t before = allocationsMade();
+        const std::size_t requests = allocationsMade();
         failAllocation(n);
         bool good = true;
         try {
             good = isUsersOrDefault(live());
         } catch (const std::bad_alloc&) { // what this test itself notes found no room
         }
-        const bool over = allocationsMade() - before < n;
+        const bool over = allocationsMade() - requests < n;
         failAllocation(0);
         loud();
         EXPECT_EQ(piecesHeld(), held);
         if (over) break;
         ++cases;
         EXPECT_TRUE(good);
-        expectNothingLeft(files, settings);
+        expectNothingLeft(before, settings);
     }
     EXPECT_GT(cases.count(), 300U);
 }

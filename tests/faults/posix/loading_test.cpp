@@ -55,16 +55,17 @@ int judge(void* library) {
     return length == 20.5 || length == 15.85 ? kWorks : kWrong + 7;
 }
 
-int loadWithFailing(std::size_t nth, bool andAllLater) {
+/// folder   with the section
+int loadWithFailing(const std::filesystem::path& folder, std::size_t nth, bool andAllLater) {
     const int nothing = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
     ::dup2(nothing, STDERR_FILENO);
     ::close(nothing);
     failHeap(nth, andAllLater);
     void* const library = ::dlopen(TALLOWMERE_LIBRARY, RTLD_NOW | RTLD_LOCAL);
     if (endFailingHeap() < nth) return kOver;
-    if (library == nullptr) return kNotLoaded;
-    const int ended = judge(library);
-    return ::dlclose(library) == 0 ? ended : kWrong + 8;
+    int ended = library != nullptr ? judge(library) : kNotLoaded;
+    if (library != nullptr && ::dlclose(library) != 0) ended = kWrong + 8;
+    return mappingsBelow(folder) == 0 ? ended : kWrong + 9;
 }
 
 class LoadingWithoutMemory : public ::testing::TestWithParam<bool> {};
@@ -83,7 +84,7 @@ TEST_P(LoadingWithoutMemory, GivesALibraryThatWorksOrHasNoValueOrNone) {
     writeBytes(surroundings.data() / "Tallowmere" / "config" / "boats.xml",
                "<boats><boat id=\"3\" name=\"Falcon\"/></boats>");
     for (std::size_t n = 1;; ++n) {
-        Child child([&](const Child::Line&) { return loadWithFailing(n, GetParam()); });
+        Child child([&](const Child::Line&) { return loadWithFailing(surroundings.top(), n, GetParam()); });
         const int ended = child.finish();
         if (ended == kOver) break;
         ++cases;

@@ -6,9 +6,9 @@
 #include "platform/host_window.hpp"
 #include "platform/settings_complaints.hpp"
 #include "tests/channels/raw_section.hpp"
-#include "tests/contract/posix_children.hpp"
 #include "tests/contract/posix_surroundings.hpp"
 #include "tests/faults/posix/failing_calls.hpp"
+#include "tests/faults/posix/holdings.hpp"
 #include "tests/faults/posix/root_log.hpp"
 #include "tests/support/attached_library.hpp"
 #include "tests/support/case_count.hpp"
@@ -46,19 +46,19 @@ class OpeningFailure : public ::testing::Test {
     }
 
     /// `act` with one of its calls failing, each in turn; `judge` gets what it gave, with nothing failing any more.
-    /// Nothing may be left open.
+    /// Nothing may be left open or mapped.
     template <class Act, class Judge>
-    static void failEach(std::size_t least, Act act, Judge judge, const std::vector<int>& errors = kErrors) {
+    void failEach(std::size_t least, Act act, Judge judge, const std::vector<int>& errors = kErrors) const {
         CaseCount cases("failing calls of the system");
         for (const int error : errors) {
             for (std::size_t n = 1;; ++n) {
-                const int files = openFileCount();
+                const Holdings before = holdings(surroundings_.top());
                 failCall(n, error);
                 auto given = act();
                 const bool over = endFailing() < n;
                 SCOPED_TRACE(std::to_string(n) + " " + failedCall() + " " + std::to_string(error));
                 judge(std::move(given), over);
-                EXPECT_EQ(openFileCount(), files);
+                EXPECT_EQ(holdings(surroundings_.top()), before);
                 if (over) break;
                 ++cases;
             }
@@ -150,7 +150,7 @@ TEST_F(OpeningFailure, OfAViewsQuestionIsOverWithTheNext) {
     startHost();
     SectionReader reader(hostPlatform());
     ASSERT_EQ(reader.state(), TLM_VIEW_ATTACHED);
-    const int files = openFileCount();
+    const Holdings before = holdings(surroundings_.top());
     failEach(
         10, [&] { return reader.refreshNow(); },
         [&](tlm_view_attachment given, bool over) {
@@ -158,7 +158,7 @@ TEST_F(OpeningFailure, OfAViewsQuestionIsOverWithTheNext) {
             EXPECT_EQ(reader.refreshNow(), TLM_VIEW_ATTACHED);
             EXPECT_TRUE(showsTheHosts(reinterpret_cast<const std::byte*>(reader.area())));
         });
-    EXPECT_EQ(openFileCount(), files);
+    EXPECT_EQ(holdings(surroundings_.top()), before);
 }
 
 /// What everybody has to find can't be put elsewhere because the folder could not be opened this once.

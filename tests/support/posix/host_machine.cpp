@@ -1,6 +1,7 @@
 #include "tests/support/host_machine.hpp"
 
 #include "settings/reg_ex.hpp"
+#include "tests/contract/posix_children.hpp"
 #include "tests/contract/posix_surroundings.hpp"
 
 #include <array>
@@ -26,6 +27,10 @@ HostMachine::~HostMachine() = default;
 
 fs::path HostMachine::folder() const {
     return state_->surroundings.data() / "Race";
+}
+
+bool HostMachine::holdsSection() const {
+    return mappingsBelow(state_->surroundings.runtime()) != 0;
 }
 
 void HostMachine::clearSettings() {

@@ -1,5 +1,8 @@
 #include "tests/support/host_machine.hpp"
 
+#include "core/channels/section_name.hpp"
+#include "core/channels/shared_area.hpp"
+#include "platform/platform.hpp"
 #include "settings/reg_ex.hpp"
 
 #include <windows.h>
@@ -53,6 +56,10 @@ HostMachine::~HostMachine() = default;
 
 fs::path HostMachine::folder() const {
     return state_->folder;
+}
+
+bool HostMachine::holdsSection() const {
+    return platform::hostPlatform().openSection(sectionName(), sizeof(SharedArea)) != nullptr;
 }
 
 void HostMachine::clearSettings() {

@@ -75,6 +75,7 @@ class Library {
     decltype(&GetZanVar) getZanVar = module_.function<decltype(&GetZanVar)>("GetZanVar");
     decltype(&GetZanVar2) getZanVar2 = module_.function<decltype(&GetZanVar2)>("GetZanVar2");
     decltype(&SetZanVar) setZanVar = module_.function<decltype(&SetZanVar)>("SetZanVar");
+    decltype(&SetZanVar2) setZanVar2 = module_.function<decltype(&SetZanVar2)>("SetZanVar2");
     decltype(&GetSysVar) getSysVar = module_.function<decltype(&GetSysVar)>("GetSysVar");
 };
 

@@ -1,7 +1,7 @@
 // All eleven functions from many threads of one process at once: every value that comes back was written by
 // somebody, and the thread sanitizer (preset linux-tsan) finds no access of which the language says nothing.
 #include "tests/api/live_section.hpp"
-#include "tests/torture/self_checking.hpp"
+#include "tests/torture/direct_calls.hpp"
 
 #include <gtest/gtest.h>
 #include <tallowmere/tallowmere.h>
@@ -20,29 +20,6 @@ constexpr unsigned kThreads = 8;
 constexpr std::size_t kHostWindowOffset = 8;
 constexpr std::uint32_t kRounds = 2000;
 constexpr std::uint16_t kRenamed = 175; // user channel 3
-const std::array<Place, 5> kPlaces{{{ZAN_BSP, 0}, {ZAN_AWA, 0}, {ZAN_USER_20, 1}, {ZAN_HDG, 2}, {ZAN_BSP, 99}}};
-
-void writeAt(unsigned thread, std::uint32_t round, const Place& place) {
-    const double value = selfChecking({thread, round}, place.channel, place.boat);
-    if (round % 2 == 0) {
-        SetZanVar(place.channel, value, place.boat);
-        return;
-    }
-    ChannelValue record{};
-    record.kind = ZAN_KIND_DOUBLE;
-    record.payload.number = value;
-    SetZanVar2(place.channel, &record, place.boat);
-}
-
-bool readsWhatWasWritten(const Place& place) {
-    double value = 0;
-    std::uint16_t source = 0;
-    if (GetZanVar(place.channel, &value, place.boat, &source) == 0) return false;
-    if (source != place.channel || !originOf(value, place.channel, place.boat)) return false;
-    ChannelValue record{};
-    if (GetZanVar2(place.channel, &record, place.boat, &source) == 0 || record.kind != ZAN_KIND_DOUBLE) return false;
-    return originOf(record.payload.number, place.channel, place.boat).has_value();
-}
 
 /// Characters of several names may mix, but nobody's name has any other, and it always ends.
 bool namesAreOfSomebody() {
@@ -54,25 +31,18 @@ bool namesAreOfSomebody() {
     return text.size() < name.size() && text.find_first_not_of("ab") == text.npos;
 }
 
-bool systemValuesAreTheDefaults() {
-    double variable = 0;
-    std::uint8_t flag = 0;
-    return GetBoatNum() == ZAN_BOAT_COUNT && GetZanVarNum() == ZAN_CHANNEL_COUNT && GetSysVar(0, &variable) != 0 &&
-           variable == 15.85 && GetSysBool(0, &flag) != 0 && flag == 1;
-}
-
 TEST(Threads, CallAllFunctionsAtOnceAndReadOnlyWhatWasWritten) {
     const test::ReceivingWindow host;
     const std::uint64_t handle = host.handle();
     std::memcpy(test::liveSection() + kHostWindowOffset, &handle, sizeof handle);
-    for (const Place& place : kPlaces) writeAt(0, 0, place);
+    for (const Place& place : kPlaces) writeAt(place, {0, 0});
     SetZanUserVarName(kRenamed, "a");
     std::atomic<unsigned> wrong{0};
     const auto work = [&](unsigned thread) {
         for (std::uint32_t round = 0; round < kRounds; ++round) {
             for (const Place& place : kPlaces) {
-                writeAt(thread, round, place);
-                if (!readsWhatWasWritten(place)) ++wrong;
+                writeAt(place, {thread, round});
+                if (!readAt(place)) ++wrong;
             }
             if (!namesAreOfSomebody() || !systemValuesAreTheDefaults()) ++wrong;
             double value = 0;

@@ -1,6 +1,6 @@
 // What loading and unloading the library asks of the process in which it happens, and what it leaves behind.
 #include "tests/process/windows/process_fixture.hpp"
-#include "tests/support/windows/handle_count.hpp"
+#include "tests/support/windows/holdings.hpp"
 
 #include <tallowmere/tallowmere.h>
 
@@ -9,7 +9,6 @@
 #include <psapi.h>
 #include <tlhelp32.h>
 
-#include <array>
 #include <atomic>
 #include <cstddef>
 #include <cstdio>
@@ -88,34 +87,6 @@ struct Holdings {
     std::size_t privateBytes = 0; // memory of its own, added up: Wine's sum leaves out what was never touched
     int threads = 0;
 };
-
-std::size_t bytesGivenOut(HANDLE heap) {
-    std::size_t bytes = 0;
-    PROCESS_HEAP_ENTRY entry{};
-    ::HeapLock(heap);
-    while (::HeapWalk(heap, &entry))
-        if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes += entry.cbData;
-    ::HeapUnlock(heap);
-    return bytes;
-}
-
-std::size_t bytesOfAllHeaps() {
-    std::array<HANDLE, 64> heaps{};
-    const DWORD count = ::GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());
-    std::size_t bytes = 0;
-    for (DWORD i = 0; i < count && i < heaps.size(); ++i) bytes += bytesGivenOut(heaps[i]);
-    return bytes;
-}
-
-/// Calls `visit` with every region of memory that is in use.
-template <class Visit> void forEachRegion(Visit visit) {
-    MEMORY_BASIC_INFORMATION region{};
-    const char* place = nullptr;
-    while (::VirtualQuery(place, &region, sizeof region) == sizeof region) {
-        if (region.State != MEM_FREE) visit(region);
-        place = static_cast<const char*>(region.BaseAddress) + region.RegionSize;
-    }
-}
 
 Holdings holdings() {
     Holdings now;

@@ -2,7 +2,7 @@
 
 #include "tests/process/windows/user_settings.hpp"
 #include "tests/support/temporary_folder.hpp"
-#include "tests/support/windows/handle_count.hpp"
+#include "tests/support/windows/holdings.hpp"
 #include "tests/torture/user_files.hpp"
 
 #include <windows.h>

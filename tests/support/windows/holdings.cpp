@@ -1,11 +1,25 @@
-#include "tests/support/windows/handle_count.hpp"
+#include "tests/support/windows/holdings.hpp"
 
 #include <winternl.h>
 
+#include <array>
 #include <cstring>
 #include <vector>
 
 namespace tallowmere::test {
+namespace {
+
+std::size_t bytesGivenOut(HANDLE heap) {
+    std::size_t bytes = 0;
+    PROCESS_HEAP_ENTRY entry{};
+    ::HeapLock(heap);
+    while (::HeapWalk(heap, &entry))
+        if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) bytes += entry.cbData;
+    ::HeapUnlock(heap);
+    return bytes;
+}
+
+} // namespace
 
 std::size_t handleCount(DWORD process) {
     using Query = NTSTATUS(NTAPI*)(int, void*, ULONG, ULONG*);
@@ -31,6 +45,14 @@ std::size_t handleCount(DWORD process) {
         if (entry.process == process) ++held;
     }
     return held;
+}
+
+std::size_t bytesOfAllHeaps() {
+    std::array<HANDLE, 64> heaps{};
+    const DWORD count = ::GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());
+    std::size_t bytes = 0;
+    for (DWORD i = 0; i < count && i < heaps.size(); ++i) bytes += bytesGivenOut(heaps[i]);
+    return bytes;
 }
 
 } // namespace tallowmere::test

@@ -52,10 +52,13 @@ class FilesTest : public ::testing::Test {
     }
     static Taken startHost() {
         const auto core = std::make_unique<CCore>(true);
-        Taken taken;
         EXPECT_TRUE(core->madeSection());
-        if (core->area() == nullptr) return taken;
-        const RawSection raw(reinterpret_cast<std::byte*>(core->area()));
+        return takenBy(*core);
+    }
+    static Taken takenBy(CCore& core) {
+        Taken taken;
+        if (core.area() == nullptr) return taken;
+        const RawSection raw(reinterpret_cast<std::byte*>(core.area()));
         const auto take = [&taken](std::size_t which, bool users, bool byDefault) {
             taken.file[which] = users;
             taken.foreign |= !users && !byDefault;
@@ -67,8 +70,8 @@ class FilesTest : public ::testing::Test {
         const auto cell = raw.get<std::int32_t>(place::alternateCell(0, 0));
         take(2, cell == 1, cell == 32767);
         const auto stored = [&](ChannelIndex channel) {
-            core->values().store(channel, Record::ofNumber(100.0), 1, kNoTime);
-            return core->values().fetch(channel, 1).record.number();
+            core.values().store(channel, Record::ofNumber(100.0), 1, kNoTime);
+            return core.values().fetch(channel, 1).record.number();
         };
         take(3, stored(13) == 103.0, stored(13) == 100.0);
         take(4, stored(1) == 102.0, stored(1) == 100.0);

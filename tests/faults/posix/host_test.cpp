@@ -6,7 +6,7 @@
 #include "tests/contract/posix_surroundings.hpp"
 #include "tests/faults/posix/failing_calls.hpp"
 #include "tests/faults/posix/holdings.hpp"
-#include "tests/faults/posix/root_log.hpp"
+#include "tests/faults/root_log.hpp"
 #include "tests/support/attached_library.hpp"
 #include "tests/support/case_count.hpp"
 #include "tests/support/counted_memory.hpp"

@@ -3,7 +3,7 @@
 #include "tests/contract/posix_children.hpp"
 #include "tests/contract/posix_surroundings.hpp"
 #include "tests/faults/posix/failing_heap.hpp"
-#include "tests/faults/posix/root_log.hpp"
+#include "tests/faults/root_log.hpp"
 #include "tests/support/case_count.hpp"
 
 #include <tallowmere/tallowmere.h>

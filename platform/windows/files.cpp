@@ -46,9 +46,9 @@ UniqueFile openRegularFile(const std::u16string& path, DWORD access) {
     UniqueFile file{::CreateFileW(wide(path), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                   OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr)};
     if (!file || ::GetFileType(file.get()) != FILE_TYPE_DISK) return {};
-    FILE_BASIC_INFO information{}; // all that is known of a file tells of its volume too, which takes Wine long
-    if (!::GetFileInformationByHandleEx(file.get(), FileBasicInfo, &information, sizeof information)) return {};
-    if ((information.FileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) != 0) return {};
+    BY_HANDLE_FILE_INFORMATION information{};
+    if (!::GetFileInformationByHandle(file.get(), &information)) return {};
+    if ((information.dwFileAttributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) != 0) return {};
     return file;
 }
 

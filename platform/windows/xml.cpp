@@ -81,11 +81,10 @@ class ElementReader final : public XmlReader {
 };
 
 /// Asked of the stream itself, which keeps writers away: before it was opened the file may have grown or been replaced.
-/// By its end, for its status tells of the volume too, which takes Wine long. Leaves it at its start.
 bool isLargerThanAllowed(IStream* stream) noexcept {
-    ULARGE_INTEGER size{};
-    return FAILED(stream->Seek({}, STREAM_SEEK_END, &size)) || FAILED(stream->Seek({}, STREAM_SEEK_SET, nullptr)) ||
-           size.QuadPart > static_cast<ULONGLONG>(kLargestDocument);
+    STATSTG status{};
+    return FAILED(stream->Stat(&status, STATFLAG_NONAME)) ||
+           status.cbSize.QuadPart > static_cast<ULONGLONG>(kLargestDocument);
 }
 
 /// Looks first: the stream would take a device for a file.

@@ -42,7 +42,8 @@ TEST_F(BadFiles, AMissingOneAFolderOrAnEmptyOneLeavesItsDefault) {
 TEST_F(BadFiles, AHugeOneHoldsNobodyUpAndLeavesTheOthers) {
     CaseCount cases("files");
     constexpr std::uintmax_t kLimit = 16U << 20;
-    for (const std::uintmax_t size : {kLimit, kLimit + 1, 4 * kLimit}) {
+    constexpr std::uintmax_t k4GiB = std::uintmax_t{1} << 32; // small to who looks at 32 bits of it
+    for (const std::uintmax_t size : {kLimit, kLimit + 1, 4 * kLimit, k4GiB, k4GiB + 100}) {
         for (std::size_t i = 0; i < kFiles; ++i) {
             ++cases;
             SCOPED_TRACE(std::string(kGoodFiles[i].path) + " " + std::to_string(size));

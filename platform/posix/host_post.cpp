@@ -5,8 +5,25 @@
 #include <algorithm>
 #include <cstdio>
 #include <fcntl.h>
+#include <pthread.h>
 
 namespace tallowmere::platform::posix {
+namespace {
+
+/// A thread with a cancellation pending ends at its next call of the system, not in the midst of these: it would unwind
+/// through functions that let nothing through, and end the program.
+class CancelledLater {
+  public:
+    CancelledLater() noexcept { ::pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &before_); }
+    ~CancelledLater() { ::pthread_setcancelstate(before_, nullptr); }
+    CancelledLater(const CancelledLater&) = delete;
+    CancelledLater& operator=(const CancelledLater&) = delete;
+
+  private:
+    int before_ = PTHREAD_CANCEL_ENABLE;
+};
+
+} // namespace
 
 EntryName hostEntry(const RuntimeFolder& folder, std::uint64_t handle) noexcept {
     std::array<char16_t, kHostEntryPrefix.size() + 16> name{};
@@ -34,6 +51,7 @@ Descriptor makeDatagramSocket() noexcept {
 }
 
 int postDatagram(std::uint64_t handle, const HostMessage& message) noexcept {
+    const CancelledLater whole;
     const RuntimeFolder folder;
     const EntryName entry = hostEntry(folder, handle);
     if (!folder || !isOwnSocket(folder, entry.text())) return 0;

@@ -149,7 +149,7 @@ int openFileCount() {
 }
 
 int mappingsBelow(const std::filesystem::path& folder) {
-    const std::string path = " " + folder.string() + "/";
+    const std::string path = " " + std::filesystem::canonical(folder).string() + "/";
     std::ifstream maps("/proc/self/maps");
     int count = 0;
     for (std::string line; std::getline(maps, line);) count += line.find(path) != line.npos ? 1 : 0;

@@ -208,8 +208,8 @@ TEST_P(SettingsContract, LargeValuesAndLongNamesAreGivenAmongSmallOnes) {
     const std::vector<PlatformFixture::Setting> settings = {
         {u"Small", SettingsType::Dword, std::string("\1\0\0\0", 4)},
         {u"Large", SettingsType::Binary, std::string(70'000, 'x')},
-        {u"AtALimit", SettingsType::Binary, std::string(1024, 'y')},
-        {u"Beyond", SettingsType::String, std::string(1022, 'z') + std::string(4, '\0')},
+        {u"Middle", SettingsType::Binary, std::string(1024, 'y')},
+        {u"Longer", SettingsType::String, std::string(1022, 'z') + std::string(4, '\0')},
         {longName, SettingsType::Dword, std::string("\2\0\0\0", 4)},
         {u"Last", SettingsType::Dword, std::string("\3\0\0\0", 4)}};
     fixture->putSettings(path, settings);

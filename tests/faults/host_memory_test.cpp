@@ -99,6 +99,7 @@ TEST_F(HostMemory, AFailingRequestLeavesTheDocumentedDefault) {
         const bool over = allocationsMade() - before < n;
         failAllocation(0);
         expectUsersOrDefault(*core);
+        EXPECT_TRUE(machine.holdsSection());
         core.reset();
         EXPECT_EQ(piecesHeld(), held - 1); // the room too
         EXPECT_FALSE(machine.holdsSection());
@@ -123,6 +124,7 @@ TEST_F(HostMemory, NoneAtAllFromSomePointOnLeavesTheDocumentedDefault) {
         const bool over = allocationsMade() - before < n;
         failAllocation(0);
         expectUsersOrDefault(*core);
+        EXPECT_TRUE(machine.holdsSection());
         failAllocationsFrom(1);
         core.reset();
         failAllocation(0);

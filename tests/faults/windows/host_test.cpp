@@ -17,6 +17,8 @@
 #include <sddl.h>
 
 #include <algorithm>
+#include <fstream>
+#include <memory>
 #include <optional>
 #include <set>
 #include <span>

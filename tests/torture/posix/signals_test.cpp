@@ -11,8 +11,11 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <link.h>
+#include <optional>
 #include <sys/time.h>
 #include <ucontext.h>
 

@@ -103,6 +103,8 @@ std::uint32_t countWrong(std::uint32_t round) {
 }
 
 TEST(TerminatedThreads, LeaveTheOthersAtWorkAndOnlyWhatSomebodyWrote) {
+    ASSERT_TRUE(
+        isInLibrary(reinterpret_cast<DWORD64>(::GetProcAddress(::GetModuleHandleW(L"tallowmere.dll"), "SetZanVar"))));
     for (const Place& place : kPlaces) writeAt(place, {0, 0});
     std::array<std::optional<CallingThread>, kThreads> threads;
     for (unsigned i = 0; i < kThreads; ++i) threads[i].emplace(i + 1);

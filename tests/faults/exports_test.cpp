@@ -32,6 +32,7 @@ class FailingExports : public CoreTest {
     RawSection host = section();
 };
 
+/// SetMOB takes none either: OpeningFailure and HostFailure look, for this machine's window takes some.
 TEST_F(FailingExports, AllButTheTwoOfNamesTakeNoMemory) {
     double value = 0;
     ChannelValue record{};

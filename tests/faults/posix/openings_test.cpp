@@ -276,7 +276,13 @@ TEST_F(OpeningFailure, OfAnAlarmsMessageLeavesTheMark) {
     const RawSection raw(reinterpret_cast<std::byte*>(host_->area()));
     double latitude = 0;
     failEach(
-        20, [&] { return SetMOB(++latitude, 2.0); },
+        20,
+        [&] {
+            const std::size_t requests = allocationsMade();
+            const int posted = SetMOB(++latitude, 2.0);
+            EXPECT_EQ(allocationsMade(), requests);
+            return posted;
+        },
         [&](int posted, bool over) {
             EXPECT_TRUE(posted != 0 || !over);
             EXPECT_EQ(window->poll().has_value(), posted != 0);

@@ -283,6 +283,27 @@ TEST_F(HostFailure, TransfersOfOneByteAtATimeCarryAll) {
     EXPECT_EQ(fs::file_size(durable()), kLine.size());
 }
 
+/// Those behind it fail in HostMemory.
+TEST_F(HostFailure, OfARequestForMemoryUntilTheSectionIsThereLeavesTheNoticeAndNoValue) {
+    CaseCount cases("failing requests for memory");
+    const std::size_t before = allocationsMade();
+    static_cast<void>(hostPlatform().openOrCreateSection(sectionName(), kSharedAreaBytes));
+    const std::size_t forSection = allocationsMade() - before;
+    for (std::size_t n = 1; n <= forSection; ++n) {
+        SCOPED_TRACE(n);
+        const std::ptrdiff_t held = piecesHeld();
+        failAllocation(n);
+        EXPECT_FALSE(live().section);
+        failAllocation(0);
+        EXPECT_EQ(boxesShown(), kNotMade);
+        EXPECT_TRUE(toldToQuit());
+        EXPECT_EQ(piecesHeld(), held);
+        EXPECT_TRUE(live().section);
+        ++cases;
+    }
+    EXPECT_GT(cases.count(), 0U);
+}
+
 TEST_F(HostFailure, OfListingTheSettingsTellsLess) {
     const auto key = hostPlatform().openSettings(kCoreKey);
     ASSERT_NE(key, nullptr);
@@ -441,7 +462,13 @@ TEST_F(HostFailure, OfAnAlarmsMessageLeavesTheMark) {
     const RawSection raw(reinterpret_cast<std::byte*>(host->area()));
     double latitude = 0;
     failEach(
-        4, [&] { return SetMOB(++latitude, 2.0); },
+        4,
+        [&] {
+            const std::size_t requests = allocationsMade();
+            const int posted = SetMOB(++latitude, 2.0);
+            EXPECT_EQ(allocationsMade(), requests);
+            return posted;
+        },
         [&](int posted, bool over) {
             EXPECT_TRUE(posted != 0 || !over);
             EXPECT_EQ(window->poll().has_value(), posted != 0);

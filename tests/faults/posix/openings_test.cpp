@@ -12,6 +12,7 @@
 #include "tests/faults/root_log.hpp"
 #include "tests/support/attached_library.hpp"
 #include "tests/support/case_count.hpp"
+#include "tests/support/counted_memory.hpp"
 #include "view/section_reader.hpp"
 
 #include <gtest/gtest.h>
